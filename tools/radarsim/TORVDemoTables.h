@@ -1,0 +1,52 @@
+#pragma once
+
+#include "radarsim/TORVSiteInfo.h"
+
+#include <utility>
+#include <vector>
+
+/**
+ * The numbers of the demo installation's settings: how each product is shown at first sight, and the look of the scene
+ * by day and by night. The ground is dark in both, everything that isn't echo stays grey and thin.
+ *
+ * Thread: constant, any thread.
+ */
+class TORVDemoTables final
+{
+public:
+    TORVDemoTables() = delete;
+
+    struct Product
+    {
+        const char* group;
+        const char* rendering;
+        std::vector<std::pair<double, int>> surfaces; ///< value in display units, opacity in percent
+        double valueLow;
+        double opacityLow; ///< percent
+        double valueHigh;
+        double opacityHigh;
+    };
+
+    struct StyleColor
+    {
+        const char* group; ///< without "_DAY" and "_NIGHT"
+        const char* key;   ///< without "/r", "/g", "/b"
+        double day[3];
+        double night[3];
+    };
+
+    struct StyleNumber
+    {
+        const char* group;
+        const char* key;
+        double day;
+        double night;
+    };
+
+    static const std::vector<Product>& products();
+    static const std::vector<StyleColor>& styleColors();
+    static const std::vector<StyleNumber>& styleNumbers();
+
+    /// Red, green, blue, 0 to 1.
+    static const double (&landmarkColor(TORVPlace::Kind kind))[3];
+};
