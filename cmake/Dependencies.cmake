@@ -4,14 +4,21 @@ find_package(PROJ 9.1 REQUIRED CONFIG)
 find_package(VTK 9.1 REQUIRED COMPONENTS
     CommonCore
     CommonDataModel
+    CommonSystem
     FiltersCore
     FiltersSources
     GUISupportQt
     IOImage
+    IOLegacy
+    ImagingCore
+    ImagingGeneral
     InteractionStyle
+    RenderingAnnotation
     RenderingCore
     RenderingOpenGL2
     RenderingUI
+    RenderingVolume
+    RenderingVolumeOpenGL2
 )
 if(TORV_TESTS)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)

@@ -80,6 +80,7 @@ take_screenshot() {
     shift 2
     mkdir -p build/demo "$(dirname "$picture")"
     start_display 1280x800x24
+    : >"$log" # what an earlier viewer said must not be waited for
     HOME=$home XDG_CONFIG_HOME='' build/release/src/torv3dview --loglevel=3 "$@" >"$log" 2>&1 &
     local viewer=$!
     if ! wait_for_text "$log" "..rendering took" 120 "$viewer"; then

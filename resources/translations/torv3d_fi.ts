@@ -27,6 +27,63 @@
         <source>Visualizing 3D data failed:</source>
         <translation>3D-aineiston visualisointi epäonnistui:</translation>
     </message>
+    <message>
+        <source>Unknown rendering type, 3D product not drawn: </source>
+        <translation>Tuntematon piirtotapa, 3D-tuotetta ei piirretä: </translation>
+    </message>
+    <message>
+        <source>- Unit settings changed</source>
+        <translation>- Yksikköasetukset muuttuivat</translation>
+    </message>
+    <message>
+        <source>- Data resolution changed</source>
+        <translation>- Aineiston erotuskyky muuttui</translation>
+    </message>
+    <message>
+        <source>- Data smoothing changed</source>
+        <translation>- Aineiston tasoitus muuttui</translation>
+    </message>
+    <message>
+        <source>- Vertical scaling changed</source>
+        <translation>- Pystymittakaava muuttui</translation>
+    </message>
+    <message>
+        <source>- Geo data path changed</source>
+        <translation>- Maastoaineiston hakemisto muuttui</translation>
+    </message>
+    <message>
+        <source>- 3d data path changed</source>
+        <translation>- 3D-aineiston hakemisto muuttui</translation>
+    </message>
+    <message>
+        <source>- 2d data path changed</source>
+        <translation>- 2D-aineiston hakemisto muuttui</translation>
+    </message>
+    <message>
+        <source>km</source>
+        <translation>km</translation>
+    </message>
+    <message>
+        <source>NM</source>
+        <translation>mpk</translation>
+    </message>
+    <message>
+        <source>m</source>
+        <translation>m</translation>
+    </message>
+    <message>
+        <source>ft</source>
+        <translation>ft</translation>
+    </message>
+    <message>
+        <source>C</source>
+        <comment>locale in which dates and times are written</comment>
+        <translation>fi_FI</translation>
+    </message>
+    <message>
+        <source>Background settings not writable.</source>
+        <translation>Taustakuvien asetuksia ei voi tallentaa.</translation>
+    </message>
 </context>
 <context>
     <name>Config</name>
@@ -37,6 +94,41 @@
     <message>
         <source>Settings may be lost, the file can&apos;t be read or written: %1</source>
         <translation>Asetukset voivat kadota, tiedostoa ei voi lukea tai kirjoittaa: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Datalib</name>
+    <message>
+        <source>Requested data not available.</source>
+        <translation>Pyydettyä aineistoa ei ole saatavilla.</translation>
+    </message>
+    <message>
+        <source>(No data loaded)</source>
+        <translation>(Aineistoa ei ole ladattu)</translation>
+    </message>
+    <message>
+        <source>Data not available</source>
+        <translation>Aineistoa ei ole saatavilla</translation>
+    </message>
+    <message>
+        <source> ASL</source>
+        <translation> mpy</translation>
+    </message>
+    <message>
+        <source>The newest data of site %1 lies in the future: the radar&apos;s or this computer&apos;s clock is wrong.</source>
+        <translation>Aseman %1 uusin aineisto on tulevaisuudesta: tutkan tai tämän tietokoneen kello on väärässä.</translation>
+    </message>
+    <message>
+        <source>- Converting terrain block: </source>
+        <translation>- Muunnetaan maastoruutua: </translation>
+    </message>
+    <message>
+        <source>Converting terrain data, please wait...</source>
+        <translation>Muunnetaan maastoaineistoa, odota hetki...</translation>
+    </message>
+    <message>
+        <source>%1  terrain files converted!</source>
+        <translation>%1  maastotiedostoa muunnettu!</translation>
     </message>
 </context>
 <context>
@@ -64,6 +156,13 @@
     <message>
         <source>Halmera TORV 3DView</source>
         <translation>Halmera TORV 3DView</translation>
+    </message>
+</context>
+<context>
+    <name>TORVColormap</name>
+    <message>
+        <source>Colour scale %1 can&apos;t be used, built-in colours are shown: %2</source>
+        <translation>Väriasteikkoa %1 ei voi käyttää, tilalla ovat sisäiset värit: %2</translation>
     </message>
 </context>
 <context>

@@ -135,6 +135,7 @@ unsigned int velocity16ToRaw(double display, double)
 constexpr int NotListed = -1;
 constexpr int Width8 = 4;
 constexpr int Velocity8 = 3;
+constexpr int Velocity16 = 10;
 
 const std::array<Row, 8> Rows = {{
     {NotListed, QT_TRANSLATE_NOOP("TORVDataType", "Not available"), "NA", 1, 254, plainToDisplay, plainToRaw},
@@ -145,7 +146,8 @@ const std::array<Row, 8> Rows = {{
     {13, QT_TRANSLATE_NOOP("TORVDataType", "Rainfall rate"), "mm/h", 1, 65534, rainToDisplay, rainToRaw},
     {Velocity8, QT_TRANSLATE_NOOP("TORVDataType", "Radial velocity"), "m/s", 1, 254, velocity8ToDisplay,
      velocity8ToRaw},
-    {10, QT_TRANSLATE_NOOP("TORVDataType", "Radial velocity"), "m/s", 1, 65534, centred16ToDisplay, velocity16ToRaw},
+    {Velocity16, QT_TRANSLATE_NOOP("TORVDataType", "Radial velocity"), "m/s", 1, 65534, centred16ToDisplay,
+     velocity16ToRaw},
 }};
 
 int rowOf(int rawType)
@@ -235,6 +237,11 @@ int TORVDataType::getNoDataValue() const
 int TORVDataType::getRawType() const
 {
     return Rows[_row].rawType;
+}
+
+bool TORVDataType::isVelocity() const
+{
+    return getRawType() == Velocity8 || getRawType() == Velocity16;
 }
 
 QString TORVDataType::getDisplayStr(int raw) const

@@ -45,6 +45,9 @@ public:
     /// The header's code of this type, -1 where that was not known.
     int getRawType() const;
 
+    /// Whether the sign of the display value is a direction, so that 0 lies between two meanings and not at an end.
+    bool isVelocity() const;
+
     /// The display value with one decimal, or "NA".
     QString getDisplayStr(int raw) const;
 

@@ -31,18 +31,24 @@ std::unique_ptr<QSettings> openSettings()
     return settings;
 }
 
+// A line of a garbled file may have no key at all.
+void insertValues(const QSettings& settings, const QStringList& keys, QMap<QString, QVariant>& values)
+{
+    for (const QString& key : keys) {
+        if (!key.isEmpty()) {
+            values.insert(key, settings.value(key));
+        }
+    }
+}
+
 QMap<QString, QVariant> strayGeneralValues(QSettings& settings)
 {
     QMap<QString, QVariant> values;
     settings.beginGroup(QStringLiteral("General"));
-    for (const QString& key : settings.allKeys()) {
-        values.insert(key, settings.value(key));
-    }
+    insertValues(settings, settings.allKeys(), values);
     settings.endGroup();
     // A section that somebody wrote by hand is the younger one, so it wins.
-    for (const QString& key : settings.childKeys()) {
-        values.insert(key, settings.value(key));
-    }
+    insertValues(settings, settings.childKeys(), values);
     return values;
 }
 
@@ -53,7 +59,9 @@ void gatherGeneralGroup(QSettings& settings)
     // A file that can't be written is left alone, or merely reading it would count as a failure to save.
     if (!values.isEmpty() && settings.isWritable()) {
         for (const QString& key : settings.childKeys()) {
-            settings.remove(key);
+            if (!key.isEmpty()) { // to Qt no key means all of them
+                settings.remove(key);
+            }
         }
         settings.remove(QStringLiteral("General"));
         for (auto value = values.cbegin(); value != values.cend(); ++value) {
@@ -62,6 +70,18 @@ void gatherGeneralGroup(QSettings& settings)
         settings.sync();
     }
     settings.setFallbacksEnabled(true);
+}
+
+QVariant valueInAnyForm(const QSettings& settings, const QString& key)
+{
+    // A section that somebody wrote by hand, without a group here, is younger than what Qt wrote.
+    for (const QString& name :
+         {TORVConfig::GENERAL_GROUP + QLatin1Char('/') + key, key, QLatin1String("General/") + key}) {
+        if (settings.contains(name)) {
+            return settings.value(name);
+        }
+    }
+    return {};
 }
 
 QString rootOf(const QString& settingsFile)
@@ -174,6 +194,14 @@ void TORVConfig::release()
     if (isNewFailure) {
         reportFailure(fileName);
     }
+}
+
+QVariant TORVConfig::generalValue(QSettings& settings, const QString& key)
+{
+    settings.setFallbacksEnabled(false);
+    const QVariant own = valueInAnyForm(settings, key);
+    settings.setFallbacksEnabled(true);
+    return own.isValid() ? own : valueInAnyForm(settings, key);
 }
 
 QString TORVConfig::getSettingsPath()

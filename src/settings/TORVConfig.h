@@ -8,6 +8,7 @@
 #include <mutex>
 
 class QSettings;
+class QVariant;
 
 /**
  * The one door to the user's persistent settings, the INI file "<home>/.config/Halmera/TORV3D.conf" with Qt's own chain
@@ -20,7 +21,8 @@ class QSettings;
  * process.
  *
  * Qt can't keep a group called "GENERAL": it writes "[%General]", which the next process reads as group "General", and
- * reads a hand-written "[GENERAL]" as keys without a group. `get()` puts the keys of both forms back into "GENERAL".
+ * reads a hand-written "[GENERAL]" as keys without a group. `get()` puts the keys of both forms back into "GENERAL". It
+ * leaves alone what it may not write, so values of that group are read through `generalValue`.
  *
  * Thread: `instance`, `get` and `release` from any thread. `destroy`, `getSettingsPath`, `changeUser` and `restoreUser`
  * on the main thread, at moments when nobody borrows. `copy` from any thread that holds no settings.
@@ -95,6 +97,10 @@ public:
     /// Writes to the file what has changed. A file that can't be read or written is reported once in the process: one
     /// warning in the log, one line in the history.
     void release();
+
+    /// A value of the group "GENERAL" in whatever form it stands, in the user's own file or else in those of the
+    /// system; invalid if there is none. To be called by the borrower, outside all groups.
+    static QVariant generalValue(QSettings& settings, const QString& key);
 
     /// The user's configuration root, up to and including ".config"; empty if the settings file isn't in a directory of
     /// that name or if the path holds white space.
