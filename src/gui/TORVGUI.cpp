@@ -1,42 +1,29 @@
 #include "gui/TORVGUI.h"
 
-#include "datalib/TORVDirTop.h"
-#include "datalib/TORVDirectoryWatcher.h"
-#include "datalib/TORVWildcard.h"
-#include "gui/TORVPictureJob.h"
-#include "settings/TORVConfig.h"
+#include "datalib/TORVDataStore.h"
+#include "settings/TORVDisplayState.h"
+#include "settings/TORVGeneralSettings.h"
+#include "settings/TORVProductSettings.h"
 #include "utils/TORVLog.h"
+#include "visualization/TORVColormap.h"
 #include "visualization/TORVRenderer.h"
 
 #include <QApplication>
 #include <QLabel>
-#include <QLocale>
 #include <QPalette>
-#include <QSettings>
 
 #include <vtkGenericOpenGLRenderWindow.h>
 #include <vtkObject.h>
+
+#include <boost/make_shared.hpp>
 
 namespace
 {
 
 constexpr int MostHistoryLines = 512; // a window may stand open for months
 
-QString configuredDirectory()
-{
-    QSettings* const settings = TORVConfig::instance()->get();
-    settings->beginGroup(TORVConfig::GENERAL_GROUP);
-    const QString directory = settings->value(TORVConfig::GENERAL_DATA3D_URL).toString();
-    settings->endGroup();
-    TORVConfig::instance()->release();
-    return directory;
-}
-
-QString dataId(const TORVFile& file)
-{
-    const QString time = QLocale::c().toString(file.getDataTime(), QStringLiteral("ddd yyyy-MM-dd HH:mm"));
-    return file.getSite() + QLatin1String(": ") + time;
-}
+constexpr double TerrainFactor = 1.5; // the ground reaches beyond the data by this factor
+const char* const TerrainCache = "~/.torv3d/cache/terrain";
 
 struct Role
 {
@@ -70,15 +57,22 @@ QFont textFont(int pixels, QFont::Weight weight)
 }
 
 // What the colours of the surfaces mean: a swatch and a value each.
-QString surfaceKey(const QString& unit)
+QString surfaceKey(const TORVDataFrame& frame)
 {
+    const TORVProductSettings& settings = *frame.getProductSettings();
+    if (settings.getRenderingType() != TORVProductSettings::SURFACE) {
+        return {};
+    }
+    const TORVFile::CPtr file = frame.getData3d()->getFile();
+    const TORVDataType type = file->getDataType();
+    const TORVColormap colours(settings.getColorScaleName(), type, TORVColormap::DISPLAY_VALUES, file->getRawType());
     QStringList entries;
-    for (const TORVProductScene::Surface& surface : TORVProductScene::reflectivitySurfaces()) {
-        const QColor colour = QColor::fromRgbF(surface.red, surface.green, surface.blue);
+    for (const double value : settings.getSurfaces().keys()) {
+        const auto [red, green, blue] = colours.getColor(value);
         entries << QStringLiteral("<span style=\"color:%1\">\u25A0</span> %2 %3")
-                       .arg(colour.name())
-                       .arg(surface.value)
-                       .arg(unit);
+                       .arg(QColor(red, green, blue).name())
+                       .arg(value)
+                       .arg(type.getQuantityUnit());
     }
     return entries.join(QLatin1String("&nbsp;&nbsp;&nbsp;"));
 }
@@ -100,13 +94,17 @@ TORVGUI::TORVGUI()
     _renderer = std::make_unique<TORVRenderer>(_renderWindow);
     connect(fileExit, &QAction::triggered, this, &QWidget::close);
     _label_dataId->setText(QCoreApplication::translate("App", "(No data available)"));
-    openDirectory();
+    _genSettings = boost::make_shared<TORVGeneralSettings>();
+    _displayState = boost::make_shared<TORVDisplayState>();
+    _visualization = boost::make_shared<TORVVisualization>(this);
+    openDirectories();
 }
 
 TORVGUI::~TORVGUI()
 {
-    _watcher.reset();
-    _picture.reset();
+    _visualization->abort();
+    _frame.reset();
+    _dataStore.reset();
     disconnect(TORVLog::Instance(), nullptr, this, nullptr);
 }
 
@@ -138,77 +136,83 @@ void TORVGUI::initializeVTK()
     sceneWidget->setRenderWindow(_renderWindow);
 }
 
-void TORVGUI::openDirectory()
+void TORVGUI::openDirectories()
 {
-    const QString directory = configuredDirectory();
-    if (directory.isEmpty()) {
+    if (_genSettings->get3DDir().isEmpty()) {
         historyAdd(QCoreApplication::translate("App", "Please, set up your data paths."));
         return;
     }
-    startPicture();
-    _picture->start(directory);
-    _watcher = std::make_unique<TORVDirectoryWatcher>(directory, TORVDirectoryWatchData::DIRECTORY_3D);
-    connect(_watcher.get(), &TORVDirectoryWatcher::initialized, this, &TORVGUI::followNewest);
-    connect(_watcher.get(), &TORVDirectoryWatcher::newFiles, this, &TORVGUI::followNewest);
+    _dataStore = boost::make_shared<TORVDataStore>(this);
+    connect(_dataStore.get(), &TORVDataStore::initialized3d, this, &TORVGUI::showFirst);
+    _dataStore->setDirectories(_genSettings->get3DDir(), _genSettings->get2DDir(), _genSettings->getGeoDir(),
+                               QLatin1String(TerrainCache));
 }
 
-void TORVGUI::startPicture()
+void TORVGUI::showFirst()
 {
-    _picture = std::make_unique<TORVPictureJob>();
-    connect(_picture.get(), &TORVPictureJob::finished, this, &TORVGUI::showPicture);
-}
-
-void TORVGUI::showPicture()
-{
-    const TORVProductScene::CPtr scene = _picture->getScene();
-    _picture.release()->deleteLater(); // it is the one that calls
-    if (!scene && !_shown) {
+    if (!followNewest()) {
         historyAdd(QCoreApplication::translate("App", "Requested data not available:"));
-        historyAdd(QLatin1String("- ") + configuredDirectory());
-    }
-    if (scene) {
-        _shown = scene->getFile();
-        _label_dataId->setText(dataId(*_shown));
-        _surfaceKey->setText(surfaceKey(_shown->getDataType().getQuantityUnit()));
-        historyAdd(QLatin1String("- ") + _shown->getName());
-        _renderer->setScene(scene);
-        _renderer->render();
-    }
-    followNewest(); // something newer may have come meanwhile
-}
-
-void TORVGUI::followNewest()
-{
-    while (!_watcher->getAddedFile().isEmpty() || !_watcher->getRemovedFile().isEmpty()) {
-        // The tree knows; the names are of no interest here.
-    }
-    if (_picture) {
-        return;
-    }
-    const TORVFile::CPtr newest = newestOfShownSite();
-    if (newest && newest != _shown) {
-        startPicture();
-        _picture->start(newest);
+        historyAdd(QLatin1String("- ") + _genSettings->get3DDir());
     }
 }
 
-TORVFile::CPtr TORVGUI::newestOfShownSite() const
+void TORVGUI::dataStoreNewDataAvailable3d(TORVDataStore* store, const QStringList& added, const QStringList& removed)
 {
-    const boost::shared_ptr<TORVDirTop> top = _watcher->getTop();
-    if (!top) {
-        return _shown;
+    Q_UNUSED(store)
+    Q_UNUSED(added)
+    Q_UNUSED(removed)
+    followNewest();
+}
+
+void TORVGUI::dataStoreNewDataAvailable2d(TORVDataStore* store, const QStringList& added, const QStringList& removed)
+{
+    Q_UNUSED(store)
+    Q_UNUSED(added)
+    Q_UNUSED(removed)
+}
+
+// Whether there is anything to show.
+bool TORVGUI::followNewest()
+{
+    const QString site = _frame ? _frame->getSite() : QStringLiteral("*");
+    const TORVFileLeaf::Ptr newest = _dataStore->getLatestData(site, QStringLiteral("CAPPI"), QStringLiteral("Z"));
+    if (newest && (!_frame || _frame->getData3d()->getFile() != newest->getFile())) {
+        visualize(*newest);
     }
-    const QString all = QStringLiteral("*");
-    const QString site = _shown ? TORVWildcard::patternFor(_shown->getSite()) : all;
-    TORVFile::CPtr best = _shown;
-    const TORVDirTop::LeavesPtr leaves = top->findLatestLeaves(site, all, all, 0);
-    for (const TORVDirectory::Ptr& node : std::as_const(*leaves)) {
-        const TORVFile::CPtr file = boost::static_pointer_cast<TORVFileLeaf>(node)->getFile();
-        if (TORVPictureJob::isBetter(*file, best)) {
-            best = file;
-        }
+    return _frame != nullptr;
+}
+
+void TORVGUI::visualize(const TORVFileLeaf& leaf)
+{
+    const auto frame = boost::make_shared<TORVDataFrame>(_dataStore, leaf.getSite(), leaf.getTime(), leaf.getProduct(),
+                                                         leaf.getConfiguration(), QString(),
+                                                         _genSettings->getTimeWindow(), TerrainFactor);
+    if (!frame->getData3d()) {
+        return; // it has just been removed
     }
-    return best;
+    _frame = frame;
+    _visualization->setSourceData(_frame);
+    _visualization->updateVisualization(false);
+}
+
+void TORVGUI::visualizationFinished(TORVVisualization* visualization)
+{
+    const TORVDataFrame& frame = *visualization->getDataFrame();
+    _label_dataId->setText(frame.getDataId(_genSettings));
+    _surfaceKey->setText(surfaceKey(frame));
+    historyAdd(QLatin1String("- ") + frame.getData3d()->getFile()->getName());
+    _renderer->setScene(*visualization);
+    _renderer->render();
+}
+
+boost::shared_ptr<const TORVGeneralSettings> TORVGUI::getVisualizationGeneralSettings()
+{
+    return _genSettings;
+}
+
+boost::shared_ptr<const TORVDisplayState> TORVGUI::getVisualizationDisplayState()
+{
+    return _displayState;
 }
 
 void TORVGUI::historyAdd(QString const& text)

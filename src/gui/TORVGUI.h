@@ -1,7 +1,10 @@
 #pragma once
 
-#include "datalib/TORVFile.h"
+#include "datalib/TORVDataFrame.h"
+#include "datalib/TORVDataStoreObserver.h"
 #include "ui_MainWindow.h"
+#include "visualization/TORVVisualization.h"
+#include "visualization/TORVVisualizationObserver.h"
 
 #include <QMainWindow>
 #include <QStringList>
@@ -11,8 +14,6 @@
 #include <memory>
 
 class QLabel;
-class TORVDirectoryWatcher;
-class TORVPictureJob;
 class TORVRenderer;
 class vtkGenericOpenGLRenderWindow;
 
@@ -23,7 +24,10 @@ class vtkGenericOpenGLRenderWindow;
  * Thread: main thread only.
  * Ownership: the widgets are the form's; renderer and render window are this object's.
  */
-class TORVGUI final : public QMainWindow, public Ui_MainWindow
+class TORVGUI final : public QMainWindow,
+                      public Ui_MainWindow,
+                      public TORVDataStoreObserver,
+                      public TORVVisualizationObserver
 {
     Q_OBJECT
     Q_DISABLE_COPY(TORVGUI)
@@ -32,26 +36,36 @@ public:
     TORVGUI();
     ~TORVGUI() override;
 
+    void dataStoreNewDataAvailable3d(TORVDataStore* store, const QStringList& added,
+                                     const QStringList& removed) override;
+    void dataStoreNewDataAvailable2d(TORVDataStore* store, const QStringList& added,
+                                     const QStringList& removed) override;
+
+    void visualizationFinished(TORVVisualization* visualization) override;
+    boost::shared_ptr<const TORVGeneralSettings> getVisualizationGeneralSettings() override;
+    boost::shared_ptr<const TORVDisplayState> getVisualizationDisplayState() override;
+
 private Q_SLOTS:
     void historyAdd(QString const& text);
     void historyAdd(QStringList const& lines);
     void statusAdd(QString const& text, int timeout);
-    void showPicture();
-    void followNewest();
+    void showFirst();
 
 private:
     void fillBars();
     void connectLog();
     void initializeVTK();
-    void openDirectory();
-    void startPicture();
-    TORVFile::CPtr newestOfShownSite() const;
+    void openDirectories();
+    bool followNewest();
+    void visualize(const TORVFileLeaf& leaf);
 
     QLabel* _label_dataId = nullptr;
     QLabel* _surfaceKey = nullptr;
     vtkNew<vtkGenericOpenGLRenderWindow> _renderWindow;
     std::unique_ptr<TORVRenderer> _renderer;
-    std::unique_ptr<TORVDirectoryWatcher> _watcher;
-    std::unique_ptr<TORVPictureJob> _picture; // null when none is being made
-    TORVFile::CPtr _shown;                    // null when nothing is
+    boost::shared_ptr<TORVGeneralSettings> _genSettings;
+    boost::shared_ptr<TORVDisplayState> _displayState;
+    TORVDataStore::Ptr _dataStore; // null without data paths
+    TORVVisualization::Ptr _visualization;
+    TORVDataFrame::CPtr _frame; // null before the first volume
 };

@@ -1,20 +1,28 @@
 #include "visualization/TORVRenderer.h"
 
+#include "datalib/TORVDataFrame.h"
 #include "utils/TORVLog.h"
+#include "visualization/TORVVisualization.h"
+#include "visualization/TORVVolumePath.h"
 
 #include <QElapsedTimer>
 
+#include <vtkActor.h>
 #include <vtkCallbackCommand.h>
 #include <vtkCamera.h>
 #include <vtkCullerCollection.h>
 #include <vtkInteractorStyleTerrain.h>
 #include <vtkLight.h>
 #include <vtkMath.h>
+#include <vtkOutlineSource.h>
+#include <vtkPolyDataMapper.h>
+#include <vtkProperty.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderWindowInteractor.h>
 #include <vtkRenderer.h>
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cmath>
 
@@ -22,6 +30,8 @@ namespace
 {
 
 constexpr int PeelsAtRest = 8;
+constexpr double MetresPerCentimetre = 0.01;
+constexpr double StepsPerThousandth = 0.001;
 // Where the eye stands at first sight, seen from the middle of the grid: south, a little west, well above.
 constexpr double HomeDirection[3] = {-0.35, -0.87, 0.35};
 constexpr double HomeMargin = 1.04;
@@ -71,6 +81,35 @@ void setPeeling(vtkObject* caller, unsigned long event, void* renderer, void*)
     }
 }
 
+// At the end of the first frame the context is there and can be asked.
+void detectVolumePath(vtkObject* caller, unsigned long event, void*, void*)
+{
+    TORVVolumePath::detect(static_cast<vtkRenderer*>(caller)->GetRenderWindow());
+    caller->RemoveObservers(event);
+}
+
+std::array<double, 6> boundsOf(const TORVFile& file, double verticalScale)
+{
+    const double west = -file.getXRadar() * StepsPerThousandth * file.getXScale() * MetresPerCentimetre;
+    const double south = -file.getYRadar() * StepsPerThousandth * file.getYScale() * MetresPerCentimetre;
+    const double low = file.getRadarElevation() * verticalScale;
+    return {
+        west, west + file.getWidthM(), south, south + file.getLengthM(), low, low + file.getHeightM() * verticalScale};
+}
+
+vtkSmartPointer<vtkActor> makeBoxActor(const std::array<double, 6>& bounds)
+{
+    vtkNew<vtkOutlineSource> box;
+    box->SetBounds(bounds[0], bounds[1], bounds[2], bounds[3], bounds[4], bounds[5]);
+    vtkNew<vtkPolyDataMapper> mapper;
+    mapper->SetInputConnection(box->GetOutputPort());
+    auto actor = vtkSmartPointer<vtkActor>::New();
+    actor->SetMapper(mapper);
+    actor->GetProperty()->SetColor(0.443, 0.502, 0.545);
+    actor->GetProperty()->LightingOff();
+    return actor;
+}
+
 } // namespace
 
 TORVRenderer::TORVRenderer(vtkRenderWindow* window, QObject* parent) : QObject(parent), _window(window)
@@ -88,6 +127,9 @@ TORVRenderer::TORVRenderer(vtkRenderWindow* window, QObject* parent) : QObject(p
     TORVLog::Instance()->logDebug(QStringLiteral("setting up lighting.."));
     addLights();
     sortTranslucentAtRest();
+    vtkNew<vtkCallbackCommand> command;
+    command->SetCallback(detectVolumePath);
+    _renderer->AddObserver(vtkCommand::EndEvent, command);
 }
 
 TORVRenderer::~TORVRenderer()
@@ -96,15 +138,19 @@ TORVRenderer::~TORVRenderer()
     _window->RemoveRenderer(_renderer);
 }
 
-void TORVRenderer::setScene(const TORVProductScene::CPtr& scene)
+void TORVRenderer::setScene(const TORVVisualization& visualization)
 {
+    const TORVVisualizationPipelineItem::Ptr scene = visualization.getResultItem();
     assert(scene);
-    const bool isOtherPlace = !_scene || _scene->getFile()->getSite() != scene->getFile()->getSite();
+    const bool isOtherPlace = !_scene || _scene->getSite() != scene->getSite();
     _scene = scene;
+    const std::array<double, 6> bounds =
+        boundsOf(*visualization.getDataFrame()->getData3d()->getFile(), visualization.getVerticalScale());
     _renderer->RemoveAllViewProps();
-    _scene->addTo(_renderer);
+    _renderer->AddViewProp(makeBoxActor(bounds));
+    _renderer->AddViewProp(_scene->getResults());
     if (isOtherPlace) {
-        resetCamera(_scene->getBounds());
+        resetCamera(bounds.data());
     }
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "visualization/TORVProductScene.h"
+#include "visualization/TORVVisualizationPipelineItem.h"
 
 #include <QObject>
 
 #include <vtkNew.h>
 
+class TORVVisualization;
 class vtkRenderWindow;
 class vtkRenderer;
 
@@ -25,9 +26,9 @@ public:
     explicit TORVRenderer(vtkRenderWindow* window, QObject* parent = nullptr);
     ~TORVRenderer() override;
 
-    /// Shows `scene` in place of what was shown; another site is seen from the south and above at first, the same site
-    /// from where the camera is. Nothing is drawn before `render`.
-    void setScene(const TORVProductScene::CPtr& scene);
+    /// Shows the finished scene of `visualization` in place of what was shown; another site is seen from the south and
+    /// above at first, the same site from where the camera is. Nothing is drawn before `render`.
+    void setScene(const TORVVisualization& visualization);
 
     void render();
     vtkRenderer* getRenderer() const { return _renderer; }
@@ -39,5 +40,5 @@ private:
 
     vtkRenderWindow* _window;
     vtkNew<vtkRenderer> _renderer;
-    TORVProductScene::CPtr _scene;
+    TORVVisualizationPipelineItem::Ptr _scene;
 };

@@ -21,6 +21,9 @@ class TORVVisualElement
 public:
     using Ptr = boost::shared_ptr<TORVVisualElement>;
 
+    /// The element that draws the layer with that key. A key of no layer stops the process.
+    static Ptr makeElement(TORVVisualGroup* parent, int id);
+
     /// @param parent outlives the element
     TORVVisualElement(TORVVisualGroup* parent, int id);
     virtual ~TORVVisualElement();
@@ -36,7 +39,8 @@ public:
      * @param visible  whether the layer is on; an element may hold back costly work while it isn't
      * @param abort    set by another thread when nobody wants the result any more
      */
-    virtual void update(boost::shared_ptr<const TORVLayerParameters> params, bool visible, const std::atomic<bool>& abort) = 0;
+    virtual void update(boost::shared_ptr<const TORVLayerParameters> params, bool visible,
+                        const std::atomic<bool>& abort) = 0;
 
     /// Back to empty. A second call does nothing.
     virtual void invalidate();

@@ -18,7 +18,22 @@ class TORVGUITest : public testing::Test
 protected:
     void configure(const QString& directory)
     {
-        home.write(QStringLiteral(".config/Halmera/TORV3D.conf"), "[GENERAL]\ndata3d=" + directory.toUtf8() + '\n');
+        home.write(QStringLiteral(".config/Halmera/TORV3D.conf"),
+                   "[GENERAL]\ndata3d=" + directory.toUtf8() +
+                       "\n\n[PRODUCT%20CAPPI%20Z]\nrendering=surface\nsurface\\size=1\n"
+                       "surface\\1\\isovalue=45\nsurface\\1\\opacity=100\n");
+    }
+
+    // All of the scale is orange.
+    void writeColours() const
+    {
+        home.write(QStringLiteral(".config/Halmera/TORV3DColors.conf"),
+                   "[DATAMAPPING]\ndata\\size=3\ndata\\3\\data_index=1\n\n"
+                   "[COLORSCALE%201]\nname=Default\ncolorset_index=1\ndata_index=1\n"
+                   "points\\size=2\npoints\\1\\seam=0\npoints\\2\\seam=60\n\n"
+                   "[COLORSET%201]\npoints\\size=2\n"
+                   "points\\1\\lower\\r=250\npoints\\1\\lower\\g=170\npoints\\1\\lower\\b=40\n"
+                   "points\\2\\lower\\r=250\npoints\\2\\lower\\g=170\npoints\\2\\lower\\b=40\n");
     }
 
     // A column of 60 dBZ in the middle of a volume of 40 x 40 x 10 points.
@@ -67,6 +82,7 @@ TEST_F(TORVGUITest, ShowsTheNewestVolumeOfReflectivity)
     writeStorm(QStringLiteral("OLD260714110000.CAPZ"), "OLD SITE", 11 * 3600);
     writeStorm(QStringLiteral("NEW260714123000.CAPZ"), "new site", 12 * 3600 + 1800);
     configure(files.path(QString()));
+    writeColours();
     TORVGUI window;
     window.show();
     const bool isShown = QTest::qWaitFor([&] { return label(window).startsWith(QStringLiteral("NEW SITE")); }, 20000);
@@ -80,7 +96,7 @@ TEST_F(TORVGUITest, ShowsTheNewestVolumeOfReflectivity)
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
             const QColor colour = picture.pixelColor(x, y);
-            core += colour.red() > 140 && colour.red() > colour.blue() + 60; // orange seen through green and teal
+            core += colour.red() > 140 && colour.red() > colour.blue() + 60; // the only orange of the scene
         }
     }
     EXPECT_GT(core, picture.width() * picture.height() / 100);

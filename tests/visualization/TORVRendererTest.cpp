@@ -1,8 +1,8 @@
 #include "visualization/TORVRenderer.h"
 
+#include "SceneTest.h"
 #include "support/ImageCompare.h"
 #include "support/OffscreenScene.h"
-#include "support/ProductFiles.h"
 
 #include <QPoint>
 
@@ -23,25 +23,56 @@ namespace
 
 const QRgb Background = qRgb(54, 68, 79);
 
-class TORVRendererTest : public testing::Test
+class TORVRendererTest : public SceneTest
 {
 protected:
+    TORVRendererTest() : SceneTest({{20.0, 18}, {35.0, 32}, {45.0, 100}})
+    {
+        writeColours();
+        writeBlock();
+    }
+
     // 41 x 41 x 11 points of 5 km and 1 km, the radar in the middle, a block of 50 dBZ 5 points wide round (30, 30, 5).
-    TORVProductScene::CPtr block()
+    void writeBlock()
     {
         TORVProductFields fields;
+        fields.siteName = "HALMERA";
         fields.xPoints = fields.yPoints = 41;
         fields.zPoints = 11;
         fields.xScale = fields.yScale = 500000;
         fields.zScale = 100000;
         fields.xRadar = fields.yRadar = 20000;
         fields.groundElevation = fields.radarHeight = 0;
-        const auto field = [](int x, int y, int z) {
+        add("260714120000", fields, [](int x, int y, int z) {
             return std::abs(x - 30) <= 2 && std::abs(y - 30) <= 2 && std::abs(z - 5) <= 2 ? 164U : 0U;
-        };
-        const QString path =
-            files.write(QStringLiteral("HAL260714120000.CAPZ"), fields, ProductFiles::data(fields, field));
-        return TORVProductScene::build(TORVFile::openChecked(path), TORVProductScene::reflectivitySurfaces());
+        });
+    }
+
+    // Bands of teal from 20, green from 35 and orange from 45 dBZ.
+    void writeColours()
+    {
+        QByteArray file = "[DATAMAPPING]\ndata\\size=3\ndata\\3\\data_index=1\n\n"
+                          "[COLORSCALE%201]\nname=Default\ncolorset_index=1\ndata_index=1\npoints\\size=3\n"
+                          "points\\1\\seam=20\npoints\\2\\seam=35\npoints\\3\\seam=45\n\n"
+                          "[COLORSET%201]\npoints\\size=3\n";
+        const int colours[3][3] = {{0x0A, 0x83, 0x8C}, {0x7B, 0xD5, 0x50}, {0xFA, 0xAA, 0x28}};
+        for (int band = 0; band < 3; ++band) {
+            for (int channel = 0; channel < 3; ++channel) {
+                for (const char* const end : {"lower", "upper"}) {
+                    file += "points\\" + QByteArray::number(band + 1) + '\\' + end + '\\' + "rgb"[channel] + '=' +
+                            QByteArray::number(colours[band][channel]) + '\n';
+                }
+            }
+        }
+        home.write(QStringLiteral(".config/Halmera/TORV3DColors.conf"), file);
+    }
+
+    const TORVVisualization& block()
+    {
+        visualization.setSourceData(frame("260714120000"));
+        visualization.updateVisualization(true);
+        EXPECT_TRUE(waitForFinished(++runs));
+        return visualization;
     }
 
     QRgb at(const QImage& picture, TORVRenderer& renderer, double x, double y, double z)
@@ -49,7 +80,8 @@ protected:
         return picture.pixel(OffscreenScene::pixelOf(renderer.getRenderer(), x, y, z).toPoint());
     }
 
-    ProductFiles files;
+    int runs = 0;
+    TORVVisualization visualization{&observer};
     OffscreenScene scene;
 };
 
@@ -105,7 +137,7 @@ TEST_F(TORVRendererTest, ReplacesTheSceneBefore)
     TORVRenderer renderer(scene.window());
     renderer.setScene(block());
     renderer.setScene(block());
-    EXPECT_EQ(renderer.getRenderer()->GetViewProps()->GetNumberOfItems(), 4); // box and three surfaces
+    EXPECT_EQ(renderer.getRenderer()->GetViewProps()->GetNumberOfItems(), 2); // box and scene
 }
 
 TEST_F(TORVRendererTest, KeepsTheCameraForTheSameSite)
@@ -144,5 +176,5 @@ using TORVRendererDeathTest = TORVRendererTest;
 TEST_F(TORVRendererDeathTest, StopsAtNoScene)
 {
     TORVRenderer renderer(scene.window());
-    EXPECT_DEATH(renderer.setScene({}), "scene");
+    EXPECT_DEATH(renderer.setScene(visualization), "scene");
 }

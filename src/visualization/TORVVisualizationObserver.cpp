@@ -1,0 +1,3 @@
+#include "visualization/TORVVisualizationObserver.h"
+
+TORVVisualizationObserver::~TORVVisualizationObserver() = default;
