@@ -29,7 +29,7 @@ namespace
 {
 
 // Both files are smaller by far; a larger one is not ours and is not read at all.
-constexpr qint64 MaxFileSize = 4 * 1024 * 1024;
+constexpr qint64 MaxFileSize = qint64(4) * 1024 * 1024;
 
 const QByteArray VersionLine = QByteArrayLiteral("# vtk DataFile Version 5.1\n");
 const QByteArray TitlePrefix = QByteArrayLiteral("terrain mesh ");
@@ -213,7 +213,7 @@ vtkSmartPointer<vtkPolyData> TORVTerrainCache::toMesh(const QByteArray& contents
     reader->SetBinaryInputString(contents.constData(), contents.size());
     reader->Update();
     const vtkSmartPointer<vtkPolyData> mesh = reader->GetOutput();
-    return silence.isBroken() || mesh->GetNumberOfPoints() != MeshSide * MeshSide ? nullptr : mesh;
+    return silence.isBroken() || mesh->GetNumberOfPoints() != vtkIdType(MeshSide) * MeshSide ? nullptr : mesh;
 }
 
 vtkSmartPointer<vtkImageData> TORVTerrainCache::toPicture(const QByteArray& contents)
@@ -227,7 +227,8 @@ vtkSmartPointer<vtkImageData> TORVTerrainCache::toPicture(const QByteArray& cont
     reader->SetMemoryBufferLength(contents.size());
     reader->Update();
     const vtkSmartPointer<vtkImageData> picture = reader->GetOutput();
-    return silence.isBroken() || picture->GetNumberOfPoints() != PictureSide * PictureSide ? nullptr : picture;
+    return silence.isBroken() || picture->GetNumberOfPoints() != vtkIdType(PictureSide) * PictureSide ? nullptr
+                                                                                                      : picture;
 }
 
 bool TORVTerrainCache::write(const QString& meshFile, const QByteArray& mesh, const QByteArray& picture)

@@ -135,10 +135,10 @@ bool TORVTerrainFile::loadCachedData(const QString& cacheFile)
     return true;
 }
 
-void TORVTerrainFile::setLoaded(vtkSmartPointer<vtkPolyData> mesh, vtkSmartPointer<vtkImageData> picture)
+void TORVTerrainFile::setLoaded(const vtkSmartPointer<vtkPolyData>& mesh, const vtkSmartPointer<vtkImageData>& picture)
 {
-    _polyData = std::move(mesh);
-    _textureImage = std::move(picture);
+    _polyData = mesh;
+    _textureImage = picture;
     // Worked out here, since VTK does it in the first query, and queries come from several threads later.
     _polyData->ComputeBounds();
     makeActor();

@@ -138,7 +138,7 @@ private:
     void resetConverterData();
     bool writePair(const QString& cacheFile);
 
-    void setLoaded(vtkSmartPointer<vtkPolyData> mesh, vtkSmartPointer<vtkImageData> picture);
+    void setLoaded(const vtkSmartPointer<vtkPolyData>& mesh, const vtkSmartPointer<vtkImageData>& picture);
     void makeActor();
     void log(Say say, const QString& text);
 

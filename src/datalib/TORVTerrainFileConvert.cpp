@@ -46,6 +46,13 @@ constexpr std::array<ColorPoint, 5> ColorPoints = {{{0.0, 0.56, 0.25, 1.0},
                                                     {2500.0, 0.1, 0.0, 0.9},
                                                     {4000.0, 0.0, 0.0, 1.0}}};
 
+// Clearing would keep the memory, and so would assigning {}.
+template <typename Value>
+void release(std::vector<Value>& values)
+{
+    std::vector<Value>().swap(values);
+}
+
 vtkSmartPointer<vtkColorTransferFunction> makeColorMap()
 {
     const auto map = vtkSmartPointer<vtkColorTransferFunction>::New();
@@ -64,7 +71,7 @@ vtkSmartPointer<vtkImageData> flatPicture(const unsigned char* rgb)
     picture->AllocateScalars(VTK_UNSIGNED_CHAR, Channels);
     auto* const pixels = static_cast<unsigned char*>(picture->GetScalarPointer());
     for (int i = 0; i < side * side; ++i) {
-        std::copy_n(rgb, Channels, pixels + i * Channels);
+        std::copy_n(rgb, Channels, pixels + std::ptrdiff_t(i) * Channels);
     }
     return picture;
 }
@@ -272,11 +279,10 @@ bool TORVTerrainFile::writePair(const QString& cacheFile)
 
 void TORVTerrainFile::resetConverterData()
 {
-    // Assigned, not cleared: the memory is wanted back.
-    _grid = {};
-    _colors = {};
-    _heightField = {};
-    _knownColors = {};
+    release(_grid);
+    release(_colors);
+    release(_heightField);
+    release(_knownColors);
     _gridWidth = _gridHeight = _colorWidth = _colorHeight = _heightFieldWidth = _heightFieldHeight = 0;
     _colorMap = nullptr;
     _mesh = nullptr;

@@ -28,7 +28,7 @@ constexpr int DtedRecordRest = 6;
 
 constexpr int CoarseFactor = 2;
 constexpr int FineFactor = 6;
-constexpr qint64 ReadStep = 1024 * 1024;
+constexpr qint64 ReadStep = qint64(1024) * 1024;
 
 constexpr int Void = -1;
 

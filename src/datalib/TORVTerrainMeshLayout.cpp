@@ -15,7 +15,7 @@ constexpr int PointCount = TORVTerrainCache::MeshSide * TORVTerrainCache::MeshSi
 constexpr int MaxLineLength = 128;
 
 // Each of the 2 x 60 x 60 triangles as a strip of its own would need no more.
-constexpr int64_t MaxStripNumbers = 3 * 2 * PointCount;
+constexpr int64_t MaxStripNumbers = int64_t(3) * 2 * PointCount;
 
 int64_t int64At(const char* numbers, int64_t index)
 {
@@ -102,7 +102,7 @@ bool TORVTerrainMeshLayout::floats(int count)
         return false;
     }
     for (int i = 0; i < count; ++i) {
-        if (!std::isfinite(qFromBigEndian<float>(start + i * int(sizeof(float))))) {
+        if (!std::isfinite(qFromBigEndian<float>(start + i * sizeof(float)))) {
             return false;
         }
     }

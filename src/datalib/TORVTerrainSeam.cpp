@@ -46,7 +46,7 @@ bool isEdge(int column, int row)
 bool hasNormals(vtkPolyData* mesh)
 {
     vtkDataArray* const normals = mesh != nullptr ? mesh->GetPointData()->GetNormals() : nullptr;
-    return normals != nullptr && normals->GetNumberOfTuples() == Side * Side;
+    return normals != nullptr && normals->GetNumberOfTuples() == vtkIdType(Side) * Side;
 }
 
 void collect(const TORVTerrainFile& block, Places& places)

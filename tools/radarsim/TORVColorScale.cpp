@@ -57,10 +57,10 @@ const std::vector<TORVColorScale> Scales = {
     {"Colour-safe", "m/s", "3.0f", TORVColorGroup::VELOCITY, 80, VelocitySafe},
     {"Default", "m/s", "3.0f", TORVColorGroup::WIDTH, 20, WidthDefault},
     {"Colour-safe", "m/s", "3.0f", TORVColorGroup::WIDTH, 20, WidthSafe},
-    {"Default", "mm/h", "4.1f", TORVColorGroup::RAIN, 800, RainDefault},
-    {"Colour-safe", "mm/h", "4.1f", TORVColorGroup::RAIN, 800, RainSafe},
-    {"Default", "kg/m2", "3.0f", TORVColorGroup::WATER, 80, WaterDefault},
-    {"Colour-safe", "kg/m2", "3.0f", TORVColorGroup::WATER, 80, WaterSafe},
+    {"Default", "mm/h", "g", TORVColorGroup::RAIN, 800, RainDefault},
+    {"Colour-safe", "mm/h", "g", TORVColorGroup::RAIN, 800, RainSafe},
+    {"Default", "kg/m2", "g", TORVColorGroup::WATER, 80, WaterDefault},
+    {"Colour-safe", "kg/m2", "g", TORVColorGroup::WATER, 80, WaterSafe},
 };
 
 uint32_t blended(uint32_t a, uint32_t b, double weight)
