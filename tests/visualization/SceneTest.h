@@ -5,6 +5,7 @@
 #include "settings/TORVDisplayState.h"
 #include "settings/TORVGeneralSettings.h"
 #include "settings/TORVProductSettings.h"
+#include "support/LogFile.h"
 #include "support/ProductFiles.h"
 #include "support/SandboxedHome.h"
 #include "visualization/TORVVisualization.h"
@@ -72,6 +73,10 @@ protected:
         return QTest::qWaitFor([&] { return observer.finished >= count; }, Patience_ms);
     }
 
+    /// What has been logged after the first `mark` lines.
+    QStringList linesSince(int mark) const { return log.lines().mid(mark); }
+
+    LogFile log{TORVLog::LEVEL_DEBUG}; // threads write to it: the first to come and the last to go
     SandboxedHome home;
     ProductFiles files;
     Observer observer;

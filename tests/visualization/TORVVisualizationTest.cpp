@@ -188,14 +188,14 @@ TEST_F(TORVVisualizationTest, BuildsNothingAnewWhenNothingHasChanged)
     visualization.updateVisualization(false);
     ASSERT_TRUE(waitForFinished(1));
     vtkProp* const prop = product(visualization);
-    const LogFile log(TORVLog::LEVEL_DEBUG);
+    const int mark = log.lines().size();
     visualization.setSourceData(data);
     visualization.updateVisualization(false);
     ASSERT_TRUE(waitForFinished(2));
     EXPECT_EQ(product(visualization), prop);
-    EXPECT_TRUE(log.lines().contains(QStringLiteral("D: Reusing previous pipeline item..")));
-    EXPECT_TRUE(log.lines().contains(QStringLiteral("D: No changes!")));
-    EXPECT_TRUE(log.lines().filter(QStringLiteral("Reading data: ")).isEmpty());
+    EXPECT_TRUE(linesSince(mark).contains(QStringLiteral("D: Reusing previous pipeline item..")));
+    EXPECT_TRUE(linesSince(mark).contains(QStringLiteral("D: No changes!")));
+    EXPECT_TRUE(linesSince(mark).filter(QStringLiteral("Reading data: ")).isEmpty());
 }
 
 TEST_F(TORVVisualizationTest, HidesAndShowsALayerWithoutBuildingIt)
@@ -220,11 +220,11 @@ TEST_F(TORVVisualizationTest, BuildsEverythingAnewByForce)
     visualization.setSourceData(defaultFrame());
     visualization.updateVisualization(false);
     ASSERT_TRUE(waitForFinished(1));
-    const LogFile log(TORVLog::LEVEL_DEBUG);
+    const int mark = log.lines().size();
     visualization.updateVisualization(true);
     ASSERT_TRUE(waitForFinished(2));
-    EXPECT_TRUE(log.lines().contains(QStringLiteral("D: Force enabled -> reset layers first!")));
-    EXPECT_EQ(log.lines().filter(QStringLiteral("Reading data: ")).size(), 1);
+    EXPECT_TRUE(linesSince(mark).contains(QStringLiteral("D: Force enabled -> reset layers first!")));
+    EXPECT_EQ(linesSince(mark).filter(QStringLiteral("Reading data: ")).size(), 1);
     EXPECT_EQ(parts(visualization), 1);
 }
 
@@ -233,7 +233,7 @@ TEST_F(TORVVisualizationTest, ManyChangesDuringARunMakeOneMoreRunAndOneFinish)
     const Frame data = defaultFrame();
     visualization.setSourceData(data);
     visualization.updateVisualization(false);
-    const LogFile log(TORVLog::LEVEL_DEBUG);
+    const int mark = log.lines().size();
     for (const double smooth : {0.5, 1.0, 2.0}) { // the finish can't come before the event loop runs
         observer.general->setDataSmooth(smooth);
         visualization.setParameters(observer.general, data->getProductSettings());
@@ -241,7 +241,7 @@ TEST_F(TORVVisualizationTest, ManyChangesDuringARunMakeOneMoreRunAndOneFinish)
     }
     ASSERT_TRUE(waitForFinished(1));
     expectFinishedStays(1);
-    const QStringList lines = log.lines();
+    const QStringList lines = linesSince(mark);
     EXPECT_EQ(lines.count(QStringLiteral("D: Already generating visualization! -> return.")), 3);
     EXPECT_EQ(lines.count(QStringLiteral("D: Visualization dirty -> generate again!")), 1);
     EXPECT_EQ(lines.count(QStringLiteral("D: Force enabled -> reset layers first!")), 1);
@@ -254,12 +254,12 @@ TEST_F(TORVVisualizationTest, AVisibilityThatChangesDuringARunIsShownInTheEnd)
     visualization.setSourceData(defaultFrame());
     visualization.updateVisualization(false);
     observer.state->getLayer(12)->setEnabled(false);
-    const LogFile log(TORVLog::LEVEL_DEBUG);
+    const int mark = log.lines().size();
     visualization.updateVisualization(false);
     ASSERT_TRUE(waitForFinished(1));
     expectFinishedStays(1);
     EXPECT_EQ(parts(visualization), 0);
-    EXPECT_FALSE(log.lines().contains(QStringLiteral("D: Force enabled -> reset layers first!")));
+    EXPECT_FALSE(linesSince(mark).contains(QStringLiteral("D: Force enabled -> reset layers first!")));
 }
 
 TEST_F(TORVVisualizationTest, TheSameFrameDuringARunGetsAnItemOfItsOwn)
@@ -267,7 +267,6 @@ TEST_F(TORVVisualizationTest, TheSameFrameDuringARunGetsAnItemOfItsOwn)
     const Frame data = defaultFrame();
     visualization.setSourceData(data);
     visualization.updateVisualization(false);
-    const LogFile log(TORVLog::LEVEL_DEBUG);
     visualization.setSourceData(data); // the worker may have finished, but then the item is free to be used again
     visualization.updateVisualization(false);
     ASSERT_TRUE(waitForFinished(1));
