@@ -54,20 +54,7 @@ void TORVExportSettings::load()
 
 void TORVExportSettings::save() const
 {
-    QSettings& settings = *TORVConfig::instance()->get();
-    settings.setFallbacksEnabled(false);
-    settings.beginGroup(Group);
-    for (const Row& row : rows()) {
-        row.field.save(settings, _values, _stored);
-    }
-    settings.endGroup();
-    settings.sync();
-    const bool isSaved = settings.status() == QSettings::NoError;
-    TORVConfig::instance()->release();
-    // What could not be written is tried again next time.
-    if (isSaved) {
-        _stored = _values;
-    }
+    saveRecord(Group, rows(), _values, _stored);
 }
 
 void TORVExportSettings::reset()

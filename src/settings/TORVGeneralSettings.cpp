@@ -128,20 +128,7 @@ void TORVGeneralSettings::load()
 
 void TORVGeneralSettings::save() const
 {
-    QSettings& settings = *TORVConfig::instance()->get();
-    settings.setFallbacksEnabled(false);
-    settings.beginGroup(TORVConfig::GENERAL_GROUP);
-    for (const Row& row : rows()) {
-        row.field.save(settings, _values, _stored);
-    }
-    settings.endGroup();
-    settings.sync();
-    const bool isSaved = settings.status() == QSettings::NoError;
-    TORVConfig::instance()->release();
-    // What could not be written is tried again next time.
-    if (isSaved) {
-        _stored = _values;
-    }
+    saveRecord(TORVConfig::GENERAL_GROUP, rows(), _values, _stored);
 }
 
 void TORVGeneralSettings::reset(bool keepSession)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/TORVConfig.h"
 #include "settings/TORVNamedValues.h"
 #include "utils/TORVSettingsReader.h"
 
@@ -98,3 +99,28 @@ private:
     std::function<QVariant(const Record&)> _write;
     std::function<bool(const Record&, const Record&)> _differs;
 };
+
+/**
+ * Writes what of a record differs from `stored`, or isn't there yet, to a group of the user's own settings. What could
+ * not be written is tried again next time: `stored` follows only where all went well.
+ *
+ * Thread: any that holds no settings.
+ * @param rows  a table whose rows have a `field`
+ */
+template <typename Rows, typename Record>
+void saveRecord(const QString& group, const Rows& rows, const Record& values, Record& stored)
+{
+    QSettings& settings = *TORVConfig::instance()->get();
+    settings.setFallbacksEnabled(false);
+    settings.beginGroup(group);
+    for (const auto& row : rows) {
+        row.field.save(settings, values, stored);
+    }
+    settings.endGroup();
+    settings.sync();
+    const bool isSaved = settings.status() == QSettings::NoError;
+    TORVConfig::instance()->release();
+    if (isSaved) {
+        stored = values;
+    }
+}

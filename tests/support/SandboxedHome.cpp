@@ -1,5 +1,6 @@
 #include "support/SandboxedHome.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -54,5 +55,10 @@ QString SandboxedHome::write(const QString& name, const QByteArray& bytes) const
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     EXPECT_EQ(file.write(bytes), bytes.size());
+    // Settings are kept in memory and read again only when size or time of their file have changed, and the clock of a
+    // file system may tick as seldom as every four milliseconds.
+    static int later = 0;
+    EXPECT_TRUE(file.flush());
+    EXPECT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(++later), QFileDevice::FileModificationTime));
     return path;
 }
