@@ -2,7 +2,7 @@
 
 #include "visualization/TORV3DFilters.h"
 #include "visualization/TORVColormap.h"
-#include "visualization/TORVVolumeFilter.h"
+#include "visualization/TORVSceneGrid.h"
 #include "visualization/TORVVolumePath.h"
 
 #include <QCoreApplication>
@@ -30,26 +30,10 @@
 namespace
 {
 
-constexpr double MetresPerCentimetre = 0.01;
-
 void logDebug(const char* text)
 {
     TORVLog::Instance()->logDebug(QLatin1String(text));
 }
-
-// Metres between grid points along each axis.
-struct Steps
-{
-    double x;
-    double y;
-    double z;
-
-    explicit Steps(const TORVFile& file)
-        : x(file.getXScale() * MetresPerCentimetre), y(file.getYScale() * MetresPerCentimetre),
-          z(file.getZScale() * MetresPerCentimetre)
-    {
-    }
-};
 
 // An assembly of nothing but a volume has no part that every renderer walks through.
 vtkSmartPointer<vtkActor> makeInvisibleActor()
@@ -192,7 +176,7 @@ bool TORV3DVisualElement::updateVTK()
  */
 void TORV3DVisualElement::createVolumes()
 {
-    const Steps steps(*_params->getDataFile());
+    const TORVPoint3D steps = TORVSceneGrid(*_params->getDataFile()).step;
     const vtkSmartPointer<vtkImageData> image = getImage();
     vtkNew<vtkImageData> metric;
     metric->ShallowCopy(image);
@@ -236,7 +220,8 @@ void TORV3DVisualElement::updateVolumes()
 {
     const TORVFile& file = *_params->getDataFile();
     _volumeProperty = vtkSmartPointer<vtkVolumeProperty>::New();
-    vtk_volume_functions_update(_volumeProperty, *_params, file.getDataType(), _colormap->getMap(), Steps(file).x);
+    vtk_volume_functions_update(_volumeProperty, *_params, file.getDataType(), _colormap->getMap(),
+                                TORVSceneGrid(file).step.x);
     _volume->SetProperty(_volumeProperty);
 }
 

@@ -2,6 +2,7 @@
 
 #include "datalib/TORVDataFrame.h"
 #include "utils/TORVLog.h"
+#include "visualization/TORVSceneGrid.h"
 #include "visualization/TORVVisualization.h"
 #include "visualization/TORVVolumePath.h"
 
@@ -30,8 +31,6 @@ namespace
 {
 
 constexpr int PeelsAtRest = 8;
-constexpr double MetresPerCentimetre = 0.01;
-constexpr double StepsPerThousandth = 0.001;
 // Where the eye stands at first sight, seen from the middle of the grid: south, a little west, well above.
 constexpr double HomeDirection[3] = {-0.35, -0.87, 0.35};
 constexpr double HomeMargin = 1.04;
@@ -88,13 +87,11 @@ void detectVolumePath(vtkObject* caller, unsigned long event, void*, void*)
     caller->RemoveObservers(event);
 }
 
-std::array<double, 6> boundsOf(const TORVFile& file, double verticalScale)
+std::array<double, 6> boundsOf(const TORVSceneGrid& grid, double verticalScale)
 {
-    const double west = -file.getXRadar() * StepsPerThousandth * file.getXScale() * MetresPerCentimetre;
-    const double south = -file.getYRadar() * StepsPerThousandth * file.getYScale() * MetresPerCentimetre;
-    const double low = file.getRadarElevation() * verticalScale;
-    return {
-        west, west + file.getWidthM(), south, south + file.getLengthM(), low, low + file.getHeightM() * verticalScale};
+    const double low = grid.elevation * verticalScale;
+    return {-grid.radarX, grid.size.x - grid.radarX,        -grid.radarY, grid.size.y - grid.radarY,
+            low,          low + grid.size.z * verticalScale};
 }
 
 vtkSmartPointer<vtkActor> makeBoxActor(const std::array<double, 6>& bounds)
@@ -144,8 +141,8 @@ void TORVRenderer::setScene(const TORVVisualization& visualization)
     assert(scene);
     const bool isOtherPlace = !_scene || _scene->getSite() != scene->getSite();
     _scene = scene;
-    const std::array<double, 6> bounds =
-        boundsOf(*visualization.getDataFrame()->getData3d()->getFile(), visualization.getVerticalScale());
+    const std::array<double, 6> bounds = boundsOf(TORVSceneGrid(*visualization.getDataFrame()->getData3d()->getFile()),
+                                                  visualization.getVerticalScale());
     _renderer->RemoveAllViewProps();
     _renderer->AddViewProp(makeBoxActor(bounds));
     _renderer->AddViewProp(_scene->getResults());

@@ -47,8 +47,7 @@ public:
 
     int getId() const { return _id; }
 
-protected:
-    TORVVisualGroup* getParentGroup() const { return _parentGroup; }
+    TORVVisualGroup* getParentGroup() const { return _parentGroup; } ///< not null
 
 private:
     TORVVisualGroup* _parentGroup;

@@ -4,6 +4,7 @@
 #include "settings/TORVGeneralSettings.h"
 #include "settings/TORVProductSettings.h"
 #include "utils/TORVLog.h"
+#include "visualization/TORVSceneGrid.h"
 #include "visualization/TORVVisualizationObserver.h"
 #include "visualization/TORVVolumeFilter.h"
 
@@ -16,8 +17,7 @@
 namespace
 {
 
-constexpr double MetresPerCentimetre = 0.01;
-constexpr double StepsPerThousandth = 0.001;
+constexpr double MetresPerThousandth = 0.001;
 
 void logDebug(const char* text)
 {
@@ -28,25 +28,6 @@ QString triple(const char* name, double a, double b, double c)
 {
     return QLatin1String(name) + QStringLiteral("%1, %2, %3").arg(a).arg(b).arg(c);
 }
-
-// The grid of a product in the scene: metres, the radar at the origin.
-struct Grid
-{
-    TORVPoint3D step;
-    TORVPoint3D size;
-    double radarX; // from the first point
-    double radarY;
-    double elevation;
-
-    explicit Grid(const TORVFile& file)
-        : step{file.getXScale() * MetresPerCentimetre, file.getYScale() * MetresPerCentimetre,
-               file.getZScale() * MetresPerCentimetre},
-          size{file.getWidthM(), file.getLengthM(), file.getHeightM()},
-          radarX(file.getXRadar() * StepsPerThousandth * step.x),
-          radarY(file.getYRadar() * StepsPerThousandth * step.y), elevation(file.getRadarElevation())
-    {
-    }
-};
 
 struct Transformation
 {
@@ -80,6 +61,7 @@ boost::shared_ptr<Parameters> copyOf(const Parameters& parameters)
 TORVVisualization::TORVVisualization(TORVVisualizationObserver* observer)
     : _observer(observer), _pipeline(boost::make_shared<TORVVisualizationPipeline>())
 {
+    assert(_observer);
     connect(_pipeline.get(), &TORVVisualizationPipeline::allDone, this, &TORVVisualization::onPipelineFinished);
 }
 
@@ -106,20 +88,13 @@ void TORVVisualization::setSourceData(const boost::shared_ptr<const TORVDataFram
         createItem(dataFrame);
     }
     assert(_params._dataFrame);
-    setParameters(_observer ? _observer->getVisualizationGeneralSettings() : nullptr, dataFrame->getProductSettings());
+    setParameters(_observer->getVisualizationGeneralSettings(), dataFrame->getProductSettings());
 }
 
 void TORVVisualization::createItem(const boost::shared_ptr<const TORVDataFrame>& dataFrame)
 {
     _params._dataFrame = dataFrame;
-    boost::shared_ptr<const TORVDisplayState> state;
-    if (_observer) {
-        state = _observer->getVisualizationDisplayState();
-    }
-    if (!state) {
-        state = boost::make_shared<TORVDisplayState>();
-    }
-    _pipelineItem = boost::make_shared<TORVVisualizationPipelineItem>(state);
+    _pipelineItem = boost::make_shared<TORVVisualizationPipelineItem>(_observer->getVisualizationDisplayState());
     _isItemNew = true;
 }
 
@@ -132,7 +107,7 @@ void TORVVisualization::setParameters(const boost::shared_ptr<const TORVGeneralS
     assert(prodSettings);
     _params.set(_params._dataFrame, *genSettings, *prodSettings);
     const TORVFile& file = *_params._leaf3d->getFile();
-    const double height = file.getZRadar() * StepsPerThousandth + file.getRadarElevation();
+    const double height = file.getZRadar() * MetresPerThousandth + file.getRadarElevation();
     _pipelineItem->setRadarPosition({0.0, 0.0, height * genSettings->getVerticalScale()});
     _pipelineItem->setSite(_params._leaf3d->getSite());
 }
@@ -149,9 +124,7 @@ void TORVVisualization::updateVisualization(bool force)
     }
     _timer->StartTimer();
     _pipelineItem->releaseReplaced();
-    if (_observer) {
-        _pipelineItem->getDisplayState()->copyState(*_observer->getVisualizationDisplayState());
-    }
+    _pipelineItem->getDisplayState()->copyState(*_observer->getVisualizationDisplayState());
     if (force || hasParametersChanged()) {
         logDebug("Updating visualization..");
         logDebug("---(generating)--->");
@@ -290,9 +263,7 @@ void TORVVisualization::finish(const ItemPtr& item)
         updateVisualization(_dirtyForced);
         return;
     }
-    if (_observer) {
-        _observer->visualizationFinished(this);
-    }
+    _observer->visualizationFinished(this);
 }
 
 void TORVVisualization::updateLayerTranformations(const TORVVisualizationPipelineItem& item) const
@@ -304,7 +275,7 @@ void TORVVisualization::updateLayerTranformations(const TORVVisualizationPipelin
     }
     const TORVFile& file = *_appliedParams._leaf3d->getFile();
     const double vs = _appliedParams._verticalScale;
-    const Grid grid(file);
+    const TORVSceneGrid grid(file);
     const double level = grid.elevation * vs;
     TORVLog* const log = TORVLog::Instance();
     log->logDebug(triple("3d points: ", file.getXPoints(), file.getYPoints(), file.getZPoints()));
@@ -322,7 +293,7 @@ void TORVVisualization::updateLayerTranformations(const TORVVisualizationPipelin
         return;
     }
     const TORVFile& flatFile = *_appliedParams._leaf2d->getFile();
-    const Grid flat(flatFile);
+    const TORVSceneGrid flat(flatFile);
     log->logDebug(triple("2d points: ", flatFile.getXPoints(), flatFile.getYPoints(), flatFile.getZPoints()));
     log->logDebug(triple("2d dimensions: ", flat.size.x, flat.size.y, flat.size.z));
     // Its cells stand round their grid points.

@@ -41,7 +41,7 @@ public:
     using Ptr = boost::shared_ptr<TORVVisualization>;
     using ItemPtr = TORVVisualizationPipelineItem::Ptr;
 
-    /// @param observer may be null; outlives this object
+    /// @param observer not null; outlives this object
     explicit TORVVisualization(TORVVisualizationObserver* observer);
     ~TORVVisualization() override;
 

@@ -10,6 +10,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <cassert>
 #include <iterator>
 #include <map>

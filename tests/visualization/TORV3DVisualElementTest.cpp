@@ -389,6 +389,7 @@ TEST(TORVVisualElementTest, MakesAnElementForEachLayer)
         const TORVVisualElement::Ptr element = TORVVisualElement::makeElement(&group, key);
         ASSERT_TRUE(element);
         EXPECT_EQ(element->getId(), key);
+        EXPECT_EQ(element->getParentGroup(), &group);
     }
 }
 

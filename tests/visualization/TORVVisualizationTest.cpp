@@ -363,6 +363,11 @@ TEST_F(TORVVisualizationTest, NeedsAFrameWithData)
     EXPECT_DEATH(visualization.updateVisualization(false), "_pipelineItem");
 }
 
+TEST_F(TORVVisualizationTest, NeedsAnObserver)
+{
+    EXPECT_DEATH(TORVVisualization(nullptr), "_observer");
+}
+
 TEST_F(TORVVisualizationTest, ComparesParametersButNotTheGridOrTheVerticalScale)
 {
     const Frame data = defaultFrame();
