@@ -63,3 +63,7 @@ vtkSmartPointer<vtkProp> TORVVisualElement::getProp()
 }
 
 void TORVVisualElement::invalidate() {}
+
+void TORVVisualElement::place() {}
+
+void TORVVisualElement::restyle() {}

@@ -13,8 +13,8 @@ class TORVVisualGroup;
 /**
  * What draws one layer: turns the parameters of the layer into a prop.
  *
- * Thread: `update` and `invalidate` on the thread of the pipeline that owns the element. `getProp` on the main thread
- * only while that pipeline does not work on the element.
+ * Thread: `update` and `invalidate` on the thread of the pipeline that owns the element. The rest on the main thread, only while
+ * that pipeline does not work on the element.
  */
 class TORVVisualElement
 {
@@ -44,6 +44,13 @@ public:
 
     /// Back to empty. A second call does nothing.
     virtual void invalidate();
+
+    /// Moves what the screen has shown during the run to where the run has put it. Main thread, after each run.
+    virtual void place();
+
+    /// Takes the colours of the present display mode, in place; nothing is built. Main thread, while the pipeline does
+    /// not work on the element.
+    virtual void restyle();
 
     int getId() const { return _id; }
 

@@ -3,6 +3,7 @@
 #include "datalib/TORVDataFrame.h"
 #include "settings/TORVGeneralSettings.h"
 #include "settings/TORVProductSettings.h"
+#include "utils/TORVDisplayMode.h"
 #include "utils/TORVLog.h"
 #include "visualization/TORVSceneGrid.h"
 #include "visualization/TORVVisualizationObserver.h"
@@ -93,8 +94,12 @@ void TORVVisualization::setSourceData(const boost::shared_ptr<const TORVDataFram
 
 void TORVVisualization::createItem(const boost::shared_ptr<const TORVDataFrame>& dataFrame)
 {
+    const ItemPtr previous = _pipelineItem;
     _params._dataFrame = dataFrame;
     _pipelineItem = boost::make_shared<TORVVisualizationPipelineItem>(_observer->getVisualizationDisplayState());
+    if (previous && !previous->isBusy()) {
+        _pipelineItem->takeOver(*previous); // the ground, for one, is the same as long as the site is
+    }
     _isItemNew = true;
 }
 
@@ -252,6 +257,8 @@ void TORVVisualization::finish(const ItemPtr& item)
     _visualizationResult = item;
     assert(_visualizationResult);
     _sentItem.reset();
+    item->place();
+    restyle();
     updateLayerTranformations(*item);
     logDebug("<---(generating)---");
     _timer->StopTimer();
@@ -300,6 +307,16 @@ void TORVVisualization::updateLayerTranformations(const TORVVisualizationPipelin
     apply(*ds, {TORVDisplayLayer::LAYER_2DPRODUCT,
                 {flat.step.x, flat.step.y, 1.0},
                 {-flat.radarX - flat.step.x / 2.0, -flat.radarY - flat.step.y / 2.0, flat.elevation * vs}});
+}
+
+// An item that is built in two runs may hold layers of both modes.
+void TORVVisualization::restyle()
+{
+    const bool isIdle = _visualizationResult && !_visualizationResult->isBusy();
+    if (isIdle && _styleCount != TORVDisplayMode::getChangeCount()) {
+        _styleCount = TORVDisplayMode::getChangeCount();
+        _visualizationResult->restyle();
+    }
 }
 
 void TORVVisualization::abort()

@@ -55,6 +55,10 @@ public:
     /// Builds what has changed, and takes over what the user wants to see; `force` builds all layers anew.
     void updateVisualization(bool force);
 
+    /// Has the finished scene take the colours of the present display mode; one that is being built does so when it is
+    /// finished. Nothing is built anew.
+    void restyle();
+
     /// Ends all work, waiting for the step that runs. Final.
     void abort();
 
@@ -101,4 +105,5 @@ private:
     bool _isItemNew = false;                    // it has no parameters yet
     ItemPtr _sentItem;                          // that the pipeline has, null when idle
     ItemPtr _visualizationResult;
+    int _styleCount = 0; // of the display mode that the result was last styled for
 };

@@ -173,6 +173,41 @@ void TORVVisualizationPipelineItem::releaseReplaced()
     _replaced.clear();
 }
 
+// Who still asks the other item for the product's image gets none: the elements work for this one now.
+void TORVVisualizationPipelineItem::takeOver(TORVVisualizationPipelineItem& other)
+{
+    assert(!other.isBusy());
+    _groups = std::move(other._groups);
+    other._groups.clear();
+    for (const TORVVisualGroup::Ptr& group : _groups) {
+        for (const TORVVisualElement::Ptr& element : group->getElements()) {
+            other._displayState->getLayer(element->getId())->setElement({});
+            _displayState->getLayer(element->getId())->setElement(element);
+        }
+    }
+}
+
+template <class Work>
+void TORVVisualizationPipelineItem::forEachElement(Work work)
+{
+    assert(!isBusy());
+    for (const TORVVisualGroup::Ptr& group : _groups) {
+        for (const TORVVisualElement::Ptr& element : group->getElements()) {
+            work(*element);
+        }
+    }
+}
+
+void TORVVisualizationPipelineItem::place()
+{
+    forEachElement([](TORVVisualElement& element) { element.place(); });
+}
+
+void TORVVisualizationPipelineItem::restyle()
+{
+    forEachElement([](TORVVisualElement& element) { element.restyle(); });
+}
+
 int TORVVisualizationPipelineItem::drawingOrderOf(int key)
 {
     const Order* const row =

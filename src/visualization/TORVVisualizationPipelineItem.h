@@ -49,6 +49,16 @@ public:
     /// The product's finished image; null while the item is busy and where there is none.
     vtkDataSet* getVTKDataSet() const;
 
+    /// Takes the elements from an item of another frame that isn't busy, so that only layers that differ are built. Their
+    /// props stay in the other one's assembly. Main thread, before the first run.
+    void takeOver(TORVVisualizationPipelineItem& other);
+
+    /// Has what moves by itself go to its new place. Main thread, after a run.
+    void place();
+
+    /// Has all that is drawn take the colours of the present display mode. Main thread, while the item isn't busy.
+    void restyle();
+
     /// Destroys what the last run replaced. Main thread, while the item isn't busy.
     void releaseReplaced();
 
@@ -71,6 +81,8 @@ private:
     void create();
     void updateElement(TORVVisualElement& element, const std::atomic<bool>& abort);
     void keepReplaced();
+    template <class Work>
+    void forEachElement(Work work);
 
     TORVDisplayState::Ptr _displayState;
     std::vector<TORVVisualGroup::Ptr> _groups;
