@@ -1,4 +1,4 @@
-find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets LinguistTools)
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Svg Widgets LinguistTools)
 find_package(Boost 1.74 REQUIRED)
 find_package(PROJ 9.1 REQUIRED CONFIG)
 find_package(VTK 9.1 REQUIRED COMPONENTS
@@ -6,15 +6,20 @@ find_package(VTK 9.1 REQUIRED COMPONENTS
     CommonDataModel
     CommonSystem
     FiltersCore
+    FiltersGeometry
     FiltersSources
     GUISupportQt
+    GeovisCore
     IOImage
     IOLegacy
+    IOXML
     ImagingCore
     ImagingGeneral
     InteractionStyle
+    InteractionWidgets
     RenderingAnnotation
     RenderingCore
+    RenderingFreeType
     RenderingOpenGL2
     RenderingUI
     RenderingVolume

@@ -20,12 +20,24 @@
         <translation>Määritä aineistohakemistot asetuksissa.</translation>
     </message>
     <message>
+        <source>Help command not configured for %1</source>
+        <translation>Ohjekomentoa ei ole määritetty: %1</translation>
+    </message>
+    <message>
+        <source>Help command could not be started for %1</source>
+        <translation>Ohjekomentoa ei voitu käynnistää: %1</translation>
+    </message>
+    <message>
         <source>Requested data not available:</source>
         <translation>Pyydettyä aineistoa ei ole saatavilla:</translation>
     </message>
     <message>
         <source>Visualizing 3D data failed:</source>
         <translation>3D-aineiston visualisointi epäonnistui:</translation>
+    </message>
+    <message>
+        <source>Visualizing 2D data failed:</source>
+        <translation>2D-aineiston visualisointi epäonnistui:</translation>
     </message>
     <message>
         <source>Unknown rendering type, 3D product not drawn: </source>
@@ -146,6 +158,22 @@
         <translation>Tapahtumat</translation>
     </message>
     <message>
+        <source>&amp;Cursor</source>
+        <translation>&amp;Kohdistin</translation>
+    </message>
+    <message>
+        <source>3D cursor (F3)</source>
+        <translation>3D-kohdistin (F3)</translation>
+    </message>
+    <message>
+        <source>&amp;Night mode</source>
+        <translation>&amp;Yötila</translation>
+    </message>
+    <message>
+        <source>Night mode (F9)</source>
+        <translation>Yötila (F9)</translation>
+    </message>
+    <message>
         <source>E&amp;xit</source>
         <translation>&amp;Lopeta</translation>
     </message>
@@ -193,6 +221,21 @@
     <message>
         <source>Welcome to TORV 3DView</source>
         <translation>Tervetuloa käyttämään TORV 3DView -ohjelmaa</translation>
+    </message>
+</context>
+<context>
+    <name>VTK</name>
+    <message>
+        <source>zoom</source>
+        <translation>zoomaus</translation>
+    </message>
+    <message>
+        <source>Heading</source>
+        <translation>Suunta</translation>
+    </message>
+    <message>
+        <source>Home: </source>
+        <translation>Koti: </translation>
     </message>
 </context>
 </TS>
