@@ -1,21 +1,32 @@
 #include "gui/TORVGUI.h"
 
 #include "datalib/TORVDataStore.h"
+#include "gui/DisplayMode.h"
+#include "gui/HalmeraStyle.h"
+#include "settings/TORVConfig.h"
 #include "settings/TORVDisplayState.h"
 #include "settings/TORVGeneralSettings.h"
 #include "settings/TORVProductSettings.h"
 #include "utils/TORVLog.h"
+#include "utils/TORVSettingsReader.h"
+#include "visualization/TORVCameraInteractor.h"
 #include "visualization/TORVColormap.h"
+#include "visualization/TORVPointWidget.h"
 #include "visualization/TORVRenderer.h"
+#include "visualization/TORVSceneGrid.h"
+#include "visualization/TORVWheelFilter.h"
 
 #include <QApplication>
 #include <QLabel>
-#include <QPalette>
+#include <QSettings>
+#include <QVector>
 
 #include <vtkGenericOpenGLRenderWindow.h>
 #include <vtkObject.h>
 
 #include <boost/make_shared.hpp>
+
+#include <cmath>
 
 namespace
 {
@@ -25,35 +36,25 @@ constexpr int MostHistoryLines = 512; // a window may stand open for months
 constexpr double TerrainFactor = 1.5; // the ground reaches beyond the data by this factor
 const char* const TerrainCache = "~/.torv3d/cache/terrain";
 
-struct Role
+QString nightModeKey()
 {
-    QPalette::ColorRole role;
-    const char* colour;
-};
-
-// The colours of the window by day; the scene has its own, darker ones.
-const Role DayRoles[] = {
-    {QPalette::Window, "#EEF1F3"},      {QPalette::WindowText, "#17212A"},      {QPalette::Base, "#FAFBFC"},
-    {QPalette::Text, "#17212A"},        {QPalette::Button, "#F7F9FA"},          {QPalette::ButtonText, "#17212A"},
-    {QPalette::Highlight, "#0B5A84"},   {QPalette::HighlightedText, "#FFFFFF"}, {QPalette::ToolTipBase, "#22303A"},
-    {QPalette::ToolTipText, "#F2F5F7"},
-};
-
-QPalette dayPalette()
-{
-    QPalette palette;
-    for (const Role& row : DayRoles) {
-        palette.setColor(row.role, QColor(QLatin1String(row.colour)));
-    }
-    return palette;
+    return TORVConfig::DIALOG_GROUP + QLatin1Char('/') + TORVConfig::DIALOG_NIGHTMODE;
 }
 
-QFont textFont(int pixels, QFont::Weight weight)
+// As the last session left it.
+bool loadNightMode()
 {
-    QFont font(QStringLiteral("Open Sans"));
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    return font;
+    TORVConfig* const config = TORVConfig::instance();
+    const bool isNight = TORVSettingsReader::flag(config->get()->value(nightModeKey()), false);
+    config->release();
+    return isNight;
+}
+
+void saveNightMode(bool isNight)
+{
+    TORVConfig* const config = TORVConfig::instance();
+    config->get()->setValue(nightModeKey(), isNight);
+    config->release();
 }
 
 // What the colours of the surfaces mean: a swatch and a value each.
@@ -84,14 +85,15 @@ TORVGUI::TORVGUI()
     TORVLog* const log = TORVLog::Instance();
     log->logDebug(QStringLiteral("*** Initializing main window.."));
     setupUi(this);
-    QApplication::setPalette(dayPalette());
-    QApplication::setFont(textFont(13, QFont::Normal));
     fillBars();
+    initDisplayMode();
     connectLog();
     log->logDebug(QStringLiteral("*** Initializing VTK.."));
     initializeVTK();
     log->logDebug(QStringLiteral("*** Initializing renderer.."));
-    _renderer = std::make_unique<TORVRenderer>(_renderWindow);
+    _renderer = std::make_unique<TORVRenderer>(_renderWindow, this, this, true);
+    _renderer->toggleCompass(true);
+    sceneWidget->installEventFilter(new TORVWheelFilter(_renderer->getCameraInteractor(), sceneWidget));
     connect(fileExit, &QAction::triggered, this, &QWidget::close);
     _label_dataId->setText(QCoreApplication::translate("App", "(No data available)"));
     _genSettings = boost::make_shared<TORVGeneralSettings>();
@@ -108,19 +110,31 @@ TORVGUI::~TORVGUI()
     disconnect(TORVLog::Instance(), nullptr, this, nullptr);
 }
 
+// The style comes before the sheet, and belongs to the application.
+void TORVGUI::initDisplayMode()
+{
+    QApplication::setStyle(new HalmeraStyle);
+    _displayMode = new DisplayMode(this);
+    QVector<QObject*> windows{this};
+    _displayMode->addIcons(windows);
+    const bool isNight = loadNightMode();
+    _displayMode->toggleDisplayMode(!isNight);
+    nightMode->setChecked(isNight);
+}
+
 void TORVGUI::fillBars()
 {
+    mainToolBar->addAction(cursorTool);
     _label_dataId = new QLabel(mainToolBar);
     _label_dataId->setObjectName(QStringLiteral("label_dataId"));
-    _label_dataId->setFont(textFont(16, QFont::DemiBold));
     _label_dataId->setContentsMargins(12, 0, 12, 0);
     _label_dataId->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     mainToolBar->addWidget(_label_dataId);
+    mainToolBar->addAction(nightMode);
     mainToolBar->addAction(fileExit);
     _surfaceKey = new QLabel(statusbar);
     _surfaceKey->setContentsMargins(0, 0, 12, 0);
     statusbar->addPermanentWidget(_surfaceKey);
-    listWidget_history->setFont(textFont(12, QFont::Normal));
 }
 
 void TORVGUI::connectLog()
@@ -201,8 +215,38 @@ void TORVGUI::visualizationFinished(TORVVisualization* visualization)
     _label_dataId->setText(frame.getDataId(_genSettings));
     _surfaceKey->setText(surfaceKey(frame));
     historyAdd(QLatin1String("- ") + frame.getData3d()->getFile()->getName());
-    _renderer->setScene(*visualization);
+    _renderer->setVisualization(visualization->getResultItem());
+    placeCursor(frame);
+    if (frame.getSite() != _shownSite) {
+        _shownSite = frame.getSite();
+        resetView(*frame.getData3d()->getFile());
+    }
     _renderer->render();
+}
+
+// From straight above, high enough to see the whole volume.
+void TORVGUI::resetView(const TORVFile& file)
+{
+    const double reach = 2.0 * std::hypot(file.getLengthM() / 2.0, file.getWidthM() / 2.0);
+    TORVCameraInteractor* const camera = _renderer->getCameraInteractor();
+    camera->resetCamera({0.0, 0.0, 2.0 * reach}, {0.0, 1e-6, -1.0}, 4.0 * reach, reach);
+    camera->applyCamera(false);
+}
+
+void TORVGUI::cameraReset(TORVCameraInteractor* camera)
+{
+    Q_UNUSED(camera)
+}
+
+void TORVGUI::cameraMoved(TORVCameraInteractor* camera)
+{
+    Q_UNUSED(camera)
+}
+
+void TORVGUI::pointWidgetUpdated(TORVPointWidget* widget, const TORVPoint3D& point)
+{
+    Q_UNUSED(widget)
+    Q_UNUSED(point)
 }
 
 boost::shared_ptr<const TORVGeneralSettings> TORVGUI::getVisualizationGeneralSettings()
@@ -213,6 +257,38 @@ boost::shared_ptr<const TORVGeneralSettings> TORVGUI::getVisualizationGeneralSet
 boost::shared_ptr<const TORVDisplayState> TORVGUI::getVisualizationDisplayState()
 {
     return _displayState;
+}
+
+// The mode is checked while the window is being made, too: then there is nothing yet that shows it.
+void TORVGUI::on_nightMode_toggled(bool on)
+{
+    if (!_visualization) {
+        return;
+    }
+    saveNightMode(on);
+    _displayMode->toggleDisplayMode(!on);
+    _visualization->restyle();
+    _renderer->updateLights();
+    _renderer->render();
+}
+
+void TORVGUI::on_cursorTool_toggled(bool on)
+{
+    _renderer->togglePointWidget(on, true);
+}
+
+// The cross hair spans the box of the volume; it starts where the radar is.
+void TORVGUI::placeCursor(const TORVDataFrame& frame)
+{
+    const TORVSceneGrid grid(*frame.getData3d()->getFile());
+    const double scale = _genSettings->getVerticalScale();
+    const double low = grid.elevation * scale;
+    const double box[] = {-grid.radarX, grid.size.x - grid.radarX, -grid.radarY, grid.size.y - grid.radarY,
+                          low,          low + grid.size.z * scale};
+    TORVPointWidget* const cursor = _renderer->getPointWidget();
+    cursor->setVerticalScale(scale);
+    cursor->setBounds(box);
+    cursor->setHome({0.0, 0.0, grid.elevation}, frame.getSite());
 }
 
 void TORVGUI::historyAdd(QString const& text)

@@ -3,6 +3,8 @@
 #include "datalib/TORVDataFrame.h"
 #include "datalib/TORVDataStoreObserver.h"
 #include "ui_MainWindow.h"
+#include "visualization/TORVCameraInteractorObserver.h"
+#include "visualization/TORVPointWidgetObserver.h"
 #include "visualization/TORVVisualization.h"
 #include "visualization/TORVVisualizationObserver.h"
 
@@ -13,6 +15,7 @@
 
 #include <memory>
 
+class DisplayMode;
 class QLabel;
 class TORVRenderer;
 class vtkGenericOpenGLRenderWindow;
@@ -27,7 +30,9 @@ class vtkGenericOpenGLRenderWindow;
 class TORVGUI final : public QMainWindow,
                       public Ui_MainWindow,
                       public TORVDataStoreObserver,
-                      public TORVVisualizationObserver
+                      public TORVVisualizationObserver,
+                      public TORVCameraInteractorObserver,
+                      public TORVPointWidgetObserver
 {
     Q_OBJECT
     Q_DISABLE_COPY(TORVGUI)
@@ -44,21 +49,30 @@ public:
     void visualizationFinished(TORVVisualization* visualization) override;
     boost::shared_ptr<const TORVGeneralSettings> getVisualizationGeneralSettings() override;
     boost::shared_ptr<const TORVDisplayState> getVisualizationDisplayState() override;
+    void cameraReset(TORVCameraInteractor* camera) override;
+    void cameraMoved(TORVCameraInteractor* camera) override;
+    void pointWidgetUpdated(TORVPointWidget* widget, const TORVPoint3D& point) override;
 
 private Q_SLOTS:
     void historyAdd(QString const& text);
     void historyAdd(QStringList const& lines);
     void statusAdd(QString const& text, int timeout);
     void showFirst();
+    void on_nightMode_toggled(bool on);
+    void on_cursorTool_toggled(bool on);
 
 private:
+    void initDisplayMode();
     void fillBars();
     void connectLog();
     void initializeVTK();
     void openDirectories();
     bool followNewest();
     void visualize(const TORVFileLeaf& leaf);
+    void resetView(const TORVFile& file);
+    void placeCursor(const TORVDataFrame& frame);
 
+    DisplayMode* _displayMode = nullptr;
     QLabel* _label_dataId = nullptr;
     QLabel* _surfaceKey = nullptr;
     vtkNew<vtkGenericOpenGLRenderWindow> _renderWindow;
@@ -68,4 +82,5 @@ private:
     TORVDataStore::Ptr _dataStore; // null without data paths
     TORVVisualization::Ptr _visualization;
     TORVDataFrame::CPtr _frame; // null before the first volume
+    QString _shownSite;         // empty before the first picture
 };

@@ -4,7 +4,9 @@
 #include "utils/TORVLog.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFileInfo>
+#include <QIcon>
 #include <QSurfaceFormat>
 #include <QTextStream>
 #include <QVTKOpenGLNativeWidget.h>
@@ -66,8 +68,18 @@ void reportNoDisplay()
     QTextStream(stderr) << text << Qt::endl;
 }
 
+QIcon applicationIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/icons/application_%1.png").arg(size));
+    }
+    return icon;
+}
+
 int runWindow(const QString& user)
 {
+    QApplication::setWindowIcon(applicationIcon());
     TORVGUI window;
     window.setWindowTitle(QCoreApplication::translate("MainWindow", "Halmera TORV 3DView"));
     QObject::connect(window.fileExit, &QAction::triggered, qApp, &QCoreApplication::quit);
@@ -88,6 +100,8 @@ int main(int argc, char* argv[])
     if (!isPlatformChosen(line) && (!canDraw || line.hasAny({"help", "version"}))) {
         qputenv("QT_QPA_PLATFORM", "minimal");
     }
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QSurfaceFormat::setDefaultFormat(QVTKOpenGLNativeWidget::defaultFormat());
     TORVLog::Instance();
 

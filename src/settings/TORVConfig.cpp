@@ -133,6 +133,7 @@ const QString TORVConfig::DIALOG_CURSORTOOL_EXPANDED = QStringLiteral("cursortoo
 const QString TORVConfig::DIALOG_PRODUCTINFO_POS = QStringLiteral("productinfopos");
 const QString TORVConfig::DIALOG_PRODUCTINFO_EXPANDED = QStringLiteral("productinfoexpanded");
 const QString TORVConfig::DIALOG_EXTRAWIN_POS = QStringLiteral("extrawinpos");
+const QString TORVConfig::DIALOG_NIGHTMODE = QStringLiteral("nightmode");
 
 const QString TORVConfig::DISPLAY_STATE_GROUP = QStringLiteral("DISPLAYSTATE");
 const QString TORVConfig::DISPLAY_STATE_ARRAY = QStringLiteral("DISPLAYSTATES");

@@ -68,6 +68,7 @@ public:
     static const QString DIALOG_PRODUCTINFO_POS;
     static const QString DIALOG_PRODUCTINFO_EXPANDED;
     static const QString DIALOG_EXTRAWIN_POS;
+    static const QString DIALOG_NIGHTMODE; ///< whether the windows are those of the night
 
     static const QString DISPLAY_STATE_GROUP;
     static const QString DISPLAY_STATE_ARRAY;

@@ -1,200 +1,390 @@
 #include "visualization/TORVRenderer.h"
 
-#include "datalib/TORVDataFrame.h"
+#include "utils/TORVDisplayMode.h"
 #include "utils/TORVLog.h"
-#include "visualization/TORVSceneGrid.h"
-#include "visualization/TORVVisualization.h"
+#include "visualization/TORVCameraInteractor.h"
+#include "visualization/TORVCameraInteractorCallback.h"
+#include "visualization/TORVColorBarActor.h"
+#include "visualization/TORVCompassInteractionCallback.h"
+#include "visualization/TORVCompassRepresentation.h"
+#include "visualization/TORVFramePacer.h"
+#include "visualization/TORVPointWidget.h"
 #include "visualization/TORVVolumePath.h"
 
-#include <QElapsedTimer>
+#include <QScopedValueRollback>
 
 #include <vtkActor.h>
 #include <vtkCallbackCommand.h>
-#include <vtkCamera.h>
+#include <vtkCommand.h>
+#include <vtkCompassWidget.h>
 #include <vtkCullerCollection.h>
-#include <vtkInteractorStyleTerrain.h>
+#include <vtkGenericRenderWindowInteractor.h>
+#include <vtkLegendBoxActor.h>
 #include <vtkLight.h>
-#include <vtkMath.h>
-#include <vtkOutlineSource.h>
 #include <vtkPolyDataMapper.h>
 #include <vtkProperty.h>
 #include <vtkRenderWindow.h>
-#include <vtkRenderWindowInteractor.h>
 #include <vtkRenderer.h>
+#include <vtkSphereSource.h>
+#include <vtkTextProperty.h>
+#include <vtkTimerLog.h>
 
-#include <algorithm>
-#include <array>
 #include <cassert>
-#include <cmath>
 
 namespace
 {
 
-constexpr int PeelsAtRest = 8;
-// Where the eye stands at first sight, seen from the middle of the grid: south, a little west, well above.
-constexpr double HomeDirection[3] = {-0.35, -0.87, 0.35};
-constexpr double HomeMargin = 1.04;
+constexpr TORVPoint3D FirstPosition = {0.0, 0.0, 2000000.0};
+constexpr TORVPoint3D FirstDirection = {0.0, 1e-6, -1.0};
 
-// The distance from which the whole box is seen by a camera that looks at its middle.
-double fittingDistance(const double* bounds, vtkCamera* camera, double aspect)
+// A face in full light shows its ambient 0.7 and the light: the default light would bleach the colours of the echo, so
+// it is taken at part of its strength.
+constexpr double LightPart = 0.6;
+constexpr TORVSceneStyle::Color DefaultLight = {1.0 * LightPart, 0.98 * LightPart, 0.9 * LightPart};
+constexpr double FillLight[3] = {0.2, 0.2, 0.25};
+constexpr int MarkerResolution = 24;
+
+void logDebug(const QString& text)
 {
-    double forward[3];
-    double right[3];
-    double up[3];
-    camera->GetDirectionOfProjection(forward);
-    vtkMath::Cross(forward, camera->GetViewUp(), right);
-    vtkMath::Normalize(right);
-    vtkMath::Cross(right, forward, up);
-    const double* const middle = camera->GetFocalPoint();
-    const double halfHeight = std::tan(vtkMath::RadiansFromDegrees(camera->GetViewAngle()) / 2.0);
-    double distance = 0.0;
-    for (int corner = 0; corner < 8; ++corner) {
-        const double from[3] = {bounds[corner & 1] - middle[0], bounds[2 + (corner >> 1 & 1)] - middle[1],
-                                bounds[4 + (corner >> 2 & 1)] - middle[2]};
-        const double across = std::max(std::abs(vtkMath::Dot(from, right)) / aspect, std::abs(vtkMath::Dot(from, up)));
-        distance = std::max(distance, across / halfHeight - vtkMath::Dot(from, forward));
-    }
-    return distance;
+    TORVLog::Instance()->logDebug(text);
 }
 
-vtkSmartPointer<vtkLight> makeLight(double x, double y, double z, double r, double g, double b)
+void logToggle(const char* what, bool on)
 {
-    auto light = vtkSmartPointer<vtkLight>::New();
+    logDebug(QStringLiteral("--- TORVRenderer: ") + QLatin1String(what) +
+             (on ? QLatin1String("on") : QLatin1String("off")));
+}
+
+void setUpLight(vtkLight* light, double x, double y, double z)
+{
     light->SetLightTypeToSceneLight();
     light->PositionalOff();
     light->SetFocalPoint(0.0, 0.0, 0.0);
     light->SetPosition(x, y, z);
-    light->SetColor(r, g, b);
-    return light;
-}
-
-// Peeling draws translucent surfaces in their right order and costs several times a plain frame, so it rests while
-// the camera moves.
-void setPeeling(vtkObject* caller, unsigned long event, void* renderer, void*)
-{
-    auto* const target = static_cast<vtkRenderer*>(renderer);
-    const bool atRest = event == vtkCommand::EndInteractionEvent;
-    target->SetUseDepthPeeling(atRest);
-    if (atRest) {
-        static_cast<vtkInteractorStyle*>(caller)->GetInteractor()->Render();
-    }
-}
-
-// At the end of the first frame the context is there and can be asked.
-void detectVolumePath(vtkObject* caller, unsigned long event, void*, void*)
-{
-    TORVVolumePath::detect(static_cast<vtkRenderer*>(caller)->GetRenderWindow());
-    caller->RemoveObservers(event);
-}
-
-std::array<double, 6> boundsOf(const TORVSceneGrid& grid, double verticalScale)
-{
-    const double low = grid.elevation * verticalScale;
-    return {-grid.radarX, grid.size.x - grid.radarX,        -grid.radarY, grid.size.y - grid.radarY,
-            low,          low + grid.size.z * verticalScale};
-}
-
-vtkSmartPointer<vtkActor> makeBoxActor(const std::array<double, 6>& bounds)
-{
-    vtkNew<vtkOutlineSource> box;
-    box->SetBounds(bounds[0], bounds[1], bounds[2], bounds[3], bounds[4], bounds[5]);
-    vtkNew<vtkPolyDataMapper> mapper;
-    mapper->SetInputConnection(box->GetOutputPort());
-    auto actor = vtkSmartPointer<vtkActor>::New();
-    actor->SetMapper(mapper);
-    actor->GetProperty()->SetColor(0.443, 0.502, 0.545);
-    actor->GetProperty()->LightingOff();
-    return actor;
 }
 
 } // namespace
 
-TORVRenderer::TORVRenderer(vtkRenderWindow* window, QObject* parent) : QObject(parent), _window(window)
+TORVRenderer::TORVRenderer(vtkRenderWindow* window, TORVCameraInteractorObserver* cameraObserver,
+                           TORVPointWidgetObserver* pointObserver, bool interactive)
+    : _window(window), _isInteractive(interactive)
 {
-    TORVLog::Instance()->logDebug(QStringLiteral("creating VTK renderer.."));
-    _renderer->SetBackground(0.212, 0.267, 0.310);
-    _renderer->GetCullers()->RemoveAllItems(); // the scene is a few large props: none of them is ever to be left out
-    _renderer->AutomaticLightCreationOff();
-    _renderer->UseFXAAOn();
-    _window->SetMultiSamples(0);
-    _window->SetAlphaBitPlanes(1);
-    _window->SetLineSmoothing(true);
-    TORVLog::Instance()->logDebug(QStringLiteral("adding VTK renderer to render window.."));
-    _window->AddRenderer(_renderer);
-    TORVLog::Instance()->logDebug(QStringLiteral("setting up lighting.."));
+    assert(_window);
+    _command->SetClientData(this);
+    _command->SetCallback(onVtkEvent);
+    createRenderers();
+    _pacer = std::make_unique<TORVFramePacer>(_window, _renderer);
+    createInteractor();
+    createCamera(cameraObserver);
+    createCompass();
+    if (_isInteractive && pointObserver) {
+        createPointWidget(pointObserver);
+    }
+    _camera->resetCamera(FirstPosition, FirstDirection, 0.0, 0.0);
+    _camera->applyCamera(false);
+    logDebug(QStringLiteral("setting up lighting.."));
     addLights();
-    sortTranslucentAtRest();
-    vtkNew<vtkCallbackCommand> command;
-    command->SetCallback(detectVolumePath);
-    _renderer->AddObserver(vtkCommand::EndEvent, command);
+    createSiteMarker();
+    updateLights();
 }
 
 TORVRenderer::~TORVRenderer()
 {
+    if (_pointWidget) {
+        _pointWidget->SetEnabled(0);
+        _pointWidget->destroy();
+        _pointWidget->SetInteractor(nullptr);
+    }
+    _compassWidget->SetEnabled(0);
+    _compassWidget->SetInteractor(nullptr);
+    _interactor->SetInteractorStyle(nullptr);
+    for (vtkObject* const object : {static_cast<vtkObject*>(_window), static_cast<vtkObject*>(_interactor.Get()),
+                                    static_cast<vtkObject*>(_renderer.Get())}) {
+        object->RemoveObserver(_command);
+    }
+    _interactor->EnableRenderOn();
     _renderer->RemoveAllViewProps();
+    _colorRenderer->RemoveAllViewProps();
+    _window->RemoveRenderer(_colorRenderer);
     _window->RemoveRenderer(_renderer);
 }
 
-void TORVRenderer::setScene(const TORVVisualization& visualization)
+void TORVRenderer::createRenderers()
 {
-    const TORVVisualizationPipelineItem::Ptr scene = visualization.getResultItem();
-    assert(scene);
-    const bool isOtherPlace = !_scene || _scene->getSite() != scene->getSite();
-    _scene = scene;
-    const std::array<double, 6> bounds = boundsOf(TORVSceneGrid(*visualization.getDataFrame()->getData3d()->getFile()),
-                                                  visualization.getVerticalScale());
-    _renderer->RemoveAllViewProps();
-    _renderer->AddViewProp(makeBoxActor(bounds));
-    _renderer->AddViewProp(_scene->getResults());
-    if (isOtherPlace) {
-        resetCamera(bounds.data());
-    }
+    logDebug(QStringLiteral("creating VTK renderer.."));
+    _renderer->SetViewport(0.0, 0.0, 1.0, 1.0);
+    _renderer->GetCullers()->RemoveAllItems(); // the scene is a few large props: none of them is ever to be left out
+    _renderer->AutomaticLightCreationOff();
+    logDebug(QStringLiteral("creating VTK color scale renderer.."));
+    _colorRenderer->SetViewport(0.01, 0.59, 0.05, 0.99);
+    _colorRenderer->InteractiveOff(); // the mouse over the scale steers the scene as everywhere else
+    _window->SetMultiSamples(0);
+    _window->SetAlphaBitPlanes(1);
+    _window->SetLineSmoothing(true);
+    logDebug(QStringLiteral("adding VTK renderer to render window.."));
+    _window->AddRenderer(_renderer);
+    observe(_renderer, vtkCommand::EndEvent);
+    observe(_window, vtkCommand::StartEvent);
 }
 
-void TORVRenderer::render()
+// VTK's widgets draw by themselves at each move of the mouse; their wishes become requests, from the first picture on:
+// that one a Qt widget must have drawn while it paints, or it would stay black.
+void TORVRenderer::createInteractor()
 {
-    QElapsedTimer timer;
-    timer.start();
-    _window->Render();
-    const double seconds = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
-    TORVLog::Instance()->logDebug(QStringLiteral("..rendering took %1 seconds.").arg(seconds, 0, 'f', 3));
+    _interactor = _window->GetInteractor();
+    if (!_interactor) {
+        _interactor = vtkSmartPointer<vtkGenericRenderWindowInteractor>::New();
+        _interactor->SetRenderWindow(_window);
+    }
+    observe(_interactor, vtkCommand::RenderEvent);
+}
+
+void TORVRenderer::createCamera(TORVCameraInteractorObserver* observer)
+{
+    logDebug(QStringLiteral("creating default camera.."));
+    _renderer->ResetCamera();
+    _camera->setRenderer(_renderer);
+    _camera->setRenderRequest([this] { _pacer->request(); });
+    _interactor->SetInteractorStyle(_isInteractive ? _camera.Get() : nullptr);
+    _cameraCallback->setObserver(observer);
+    _compassFollower->setObserver(_compass);
+    for (const unsigned long event : {static_cast<unsigned long>(TORVCameraInteractor::CameraResetEvent),
+                                      static_cast<unsigned long>(vtkCommand::InteractionEvent)}) {
+        _camera->AddObserver(event, _compassFollower);
+        _camera->AddObserver(event, _cameraCallback);
+    }
+    observe(_camera, vtkCommand::InteractionEvent);
+}
+
+void TORVRenderer::createCompass()
+{
+    vtkNew<TORVCompassInteractionCallback> callback;
+    callback->setCamera(_camera);
+    _compassWidget->SetInteractor(_interactor);
+    _compassWidget->SetRepresentation(_compass);
+    _compassWidget->SetDefaultRenderer(_renderer);
+    _compassWidget->SetCurrentRenderer(_renderer);
+    _compassWidget->KeyPressActivationOff(); // VTK's key "i" would switch it off
+    _compassWidget->SetProcessEvents(_isInteractive);
+    _compassWidget->AddObserver(vtkCommand::InteractionEvent, callback);
+}
+
+void TORVRenderer::createPointWidget(TORVPointWidgetObserver* observer)
+{
+    logDebug(QStringLiteral("setting up interactions.."));
+    _pointWidget = vtkSmartPointer<TORVPointWidget>::New();
+    _pointWidget->SetInteractor(_interactor);
+    _pointWidget->SetDefaultRenderer(_renderer);
+    _pointWidget->SetCurrentRenderer(_renderer);
+    _pointWidget->init(observer);
+    observe(_pointWidget, vtkCommand::InteractionEvent);
 }
 
 void TORVRenderer::addLights()
 {
-    // A face in full light shows its ambient 0.7 and this light: more would bleach the colour of the echo.
-    _renderer->AddLight(makeLight(0.0, -500.0, 2000.0, 0.65, 0.63, 0.58));
-    _renderer->AddLight(makeLight(0.0, 500.0, 0.0, 0.2, 0.2, 0.25));
+    setUpLight(_light, 0.0, -500.0, 2000.0);
+    setUpLight(_fillLight, 0.0, 500.0, 0.0);
+    _fillLight->SetColor(FillLight[0], FillLight[1], FillLight[2]);
+    _renderer->AddLight(_light);
+    _renderer->AddLight(_fillLight);
 }
 
-void TORVRenderer::sortTranslucentAtRest()
+void TORVRenderer::createSiteMarker()
 {
-    _renderer->SetMaximumNumberOfPeels(PeelsAtRest);
-    _renderer->SetOcclusionRatio(0.0);
-    _renderer->UseDepthPeelingOn();
-    vtkRenderWindowInteractor* const interactor = _window->GetInteractor();
-    if (!interactor) {
-        return; // a window nobody touches is always at rest
+    _siteMarkerSource->SetThetaResolution(MarkerResolution);
+    _siteMarkerSource->SetPhiResolution(MarkerResolution);
+    vtkNew<vtkPolyDataMapper> mapper;
+    mapper->SetInputConnection(_siteMarkerSource->GetOutputPort());
+    mapper->ScalarVisibilityOff();
+    _siteMarker->SetMapper(mapper);
+    vtkProperty* const property = _siteMarker->GetProperty();
+    property->BackfaceCullingOff();
+    property->FrontfaceCullingOff();
+    property->SetAmbient(1.0);
+    property->SetDiffuse(1.0);
+}
+
+void TORVRenderer::observe(vtkObject* object, unsigned long event)
+{
+    object->AddObserver(event, _command);
+}
+
+void TORVRenderer::onVtkEvent(vtkObject* /*caller*/, unsigned long event, void* self, void* /*data*/)
+{
+    static_cast<TORVRenderer*>(self)->handleEvent(event);
+}
+
+void TORVRenderer::handleEvent(unsigned long event)
+{
+    switch (event) {
+    case vtkCommand::RenderEvent:
+        if (!_isQuiet) {
+            _pacer->request();
+        }
+        return;
+    case vtkCommand::InteractionEvent:
+        _pacer->moved();
+        return;
+    case vtkCommand::StartEvent:
+        layOutColorScale();
+        return;
+    default:
+        onFirstPicture();
     }
-    vtkNew<vtkInteractorStyleTerrain> style;
-    style->SetDefaultRenderer(_renderer);
-    vtkNew<vtkCallbackCommand> command;
-    command->SetCallback(setPeeling);
-    command->SetClientData(_renderer.Get());
-    style->AddObserver(vtkCommand::StartInteractionEvent, command);
-    style->AddObserver(vtkCommand::EndInteractionEvent, command);
-    interactor->SetInteractorStyle(style);
 }
 
-void TORVRenderer::resetCamera(const double* bounds)
+// The context is there and can be asked.
+void TORVRenderer::onFirstPicture()
 {
-    const double middle[3] = {(bounds[0] + bounds[1]) / 2.0, (bounds[2] + bounds[3]) / 2.0,
-                              (bounds[4] + bounds[5]) / 2.0};
-    vtkCamera* const camera = _renderer->GetActiveCamera();
-    camera->SetViewUp(0.0, 0.0, 1.0);
-    camera->SetFocalPoint(middle);
-    camera->SetPosition(middle[0] + HomeDirection[0], middle[1] + HomeDirection[1], middle[2] + HomeDirection[2]);
-    const double distance = HomeMargin * fittingDistance(bounds, camera, _renderer->GetTiledAspectRatio());
-    camera->Dolly(1.0 / distance); // from the unit distance above
-    _renderer->ResetCameraClippingRange();
+    _renderer->RemoveObserver(_command);
+    _interactor->EnableRenderOff();
+    TORVVolumePath::detect(_window);
+}
+
+void TORVRenderer::setVisualization(const ItemPtr& item)
+{
+    vtkNew<vtkTimerLog> timer;
+    timer->StartTimer();
+    if (_currentVisualization) {
+        _renderer->RemoveViewProp(_currentVisualization->getResults());
+    }
+    _currentVisualization = item;
+    assert(_currentVisualization);
+    assert(_currentVisualization->getResults());
+    _renderer->AddViewProp(_currentVisualization->getResults());
+    const TORVPoint3D& radar = _currentVisualization->getRadarPosition();
+    _siteMarker->SetPosition(radar.x, radar.y, radar.z);
+    _renderer->AddViewProp(_siteMarker);
+    setSceneBounds();
+    timer->StopTimer();
+    logDebug(QStringLiteral("..action took %1 seconds.").arg(timer->GetElapsedTime(), 0, 'f', 3));
+}
+
+void TORVRenderer::removeVisualization()
+{
+    if (_currentVisualization) {
+        _renderer->RemoveViewProp(_currentVisualization->getResults());
+    }
+    _currentVisualization.reset();
+    _renderer->AddViewProp(_siteMarker);
+}
+
+// The camera keeps its near plane before this box. Landmarks have no bounds of their own.
+void TORVRenderer::setSceneBounds()
+{
+    const double* const bounds = _currentVisualization->getResults()->GetBounds();
+    if (bounds) {
+        _camera->setSceneBounds(bounds);
+        _camera->applyCamera(false);
+    }
+}
+
+void TORVRenderer::toggleCompass(bool on)
+{
+    logToggle("Compass ", on);
+    _isCompassOn = on;
+    const QScopedValueRollback<bool> quiet(_isQuiet, true);
+    _compassWidget->SetEnabled(on);
+    if (on) {
+        _compass->cameraMoved(_camera);
+    }
+}
+
+void TORVRenderer::toggleColorScale(bool on)
+{
+    logToggle("Color bar ", on);
+    _isColorScaleOn = on;
+    showInfo();
+}
+
+void TORVRenderer::toggleLegend(bool on)
+{
+    logToggle("Legend ", on);
+    _isLegendOn = on;
+    showInfo();
+}
+
+void TORVRenderer::togglePointWidget(bool on, bool render)
+{
+    if (!_pointWidget || on == _isPointWidgetOn) {
+        return;
+    }
+    _isPointWidgetOn = on;
+    logDebug(QStringLiteral("TORVRenderer::togglePointWidget(): ") +
+             (on ? QLatin1String("enabled.") : QLatin1String("disabled.")));
+    const QScopedValueRollback<bool> quiet(_isQuiet, true); // VTK would have it drawn at once
+    _pointWidget->SetEnabled(on);
+    if (on) {
+        _renderer->AddViewProp(_pointWidget->getActor());
+    } else {
+        _renderer->RemoveViewProp(_pointWidget->getActor());
+    }
+    if (render) {
+        _pacer->request();
+    }
+}
+
+void TORVRenderer::loadStyle(bool night)
+{
+    constexpr Color Grey = {0.3, 0.3, 0.3};
+    const TORVSceneStyle file(QStringLiteral("RENDERER"), night);
+    _style.siteMarker = file.color("site/marker/color", Grey);
+    _style.siteMarkerRadius = file.number("site/marker/radius", 5000.0, 0.0, 1e6);
+    _style.background = file.color("background/color", {0.15, 0.25, 0.3});
+    _style.ambient = file.color("ambient/color", {0.55, 0.6, 0.65});
+    _style.light = file.color("light/color", DefaultLight);
+    _style.colorScaleBackground = file.color("colorscale/background/color", {0.8, 0.8, 0.8});
+    _style.legendText = file.color("legend/text/color", {0.0, 0.0, 0.0});
+}
+
+void TORVRenderer::updateLights()
+{
+    const bool isNight = TORVDisplayMode::isNight();
+    loadStyle(isNight);
+    _colorRenderer->SetBackground(_style.colorScaleBackground.data());
+    _renderer->SetBackground(_style.background.data());
+    _renderer->SetAmbient(_style.ambient.data());
+    _light->SetColor(_style.light.data());
+    if (_legend) {
+        _legend->GetEntryTextProperty()->SetColor(_style.legendText.data());
+    }
+    if (_colorBar) {
+        _colorBar->SetTextColor(_style.legendText[0], _style.legendText[1], _style.legendText[2]);
+    }
+    _compass->toggleDisplayMode(!isNight);
+    if (_pointWidget) {
+        _pointWidget->loadStyle(!isNight);
+        _pointWidget->resetActors();
+    }
+    _siteMarkerSource->SetRadius(_style.siteMarkerRadius);
+    _siteMarker->GetProperty()->SetColor(_style.siteMarker.data());
+    _renderer->AddViewProp(_siteMarker);
+}
+
+void TORVRenderer::resetCamera()
+{
+    _camera->resetCamera();
+    _camera->applyCamera(false);
+}
+
+void TORVRenderer::render()
+{
+    _compass->cameraMoved(_camera); // views that are set by others tell nobody
+    _camera->render();
+}
+
+void TORVRenderer::renderWindow()
+{
+    _interactor->Render();
+}
+
+void TORVRenderer::renderNow()
+{
+    _compass->cameraMoved(_camera);
+    _pacer->drawNow();
+}
+
+TORVPointWidget* TORVRenderer::getPointWidget() const
+{
+    return _pointWidget;
 }

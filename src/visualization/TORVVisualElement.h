@@ -13,8 +13,8 @@ class TORVVisualGroup;
 /**
  * What draws one layer: turns the parameters of the layer into a prop.
  *
- * Thread: `update` and `invalidate` on the thread of the pipeline that owns the element. The rest on the main thread, only while
- * that pipeline does not work on the element.
+ * Thread: `update` and `invalidate` on the thread of the pipeline that owns the element. The rest on the main thread,
+ * only while that pipeline does not work on the element.
  */
 class TORVVisualElement
 {

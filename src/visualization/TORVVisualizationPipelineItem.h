@@ -49,8 +49,8 @@ public:
     /// The product's finished image; null while the item is busy and where there is none.
     vtkDataSet* getVTKDataSet() const;
 
-    /// Takes the elements from an item of another frame that isn't busy, so that only layers that differ are built. Their
-    /// props stay in the other one's assembly. Main thread, before the first run.
+    /// Takes the elements from an item of another frame that isn't busy, so that only layers that differ are built.
+    /// Their props stay in the other one's assembly. Main thread, before the first run.
     void takeOver(TORVVisualizationPipelineItem& other);
 
     /// Has what moves by itself go to its new place. Main thread, after a run.

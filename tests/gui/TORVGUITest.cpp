@@ -1,7 +1,9 @@
 #include "gui/TORVGUI.h"
 
+#include "support/LogFile.h"
 #include "support/ProductFiles.h"
 #include "support/SandboxedHome.h"
+#include "utils/TORVDisplayMode.h"
 #include "utils/TORVLog.h"
 
 #include <QLabel>
@@ -63,6 +65,7 @@ protected:
         return lines;
     }
 
+    LogFile log{TORVLog::LEVEL_DEBUG}; // threads write to it: the first to come and the last to go
     SandboxedHome home;
     ProductFiles files;
 };
@@ -90,16 +93,42 @@ TEST_F(TORVGUITest, ShowsTheNewestVolumeOfReflectivity)
     EXPECT_EQ(label(window), QStringLiteral("NEW SITE: Tue 2026-07-14 12:30"));
     EXPECT_TRUE(history(window).contains(QStringLiteral("- NEW260714123000.CAPZ")));
 
-    const QImage picture = window.sceneWidget->grabFramebuffer();
-    EXPECT_EQ(picture.pixel(5, 5), qRgb(54, 68, 79));
-    int core = 0;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            const QColor colour = picture.pixelColor(x, y);
-            core += colour.red() > 140 && colour.red() > colour.blue() + 60; // the only orange of the scene
+    const auto isStormSeen = [&window] {
+        const QImage picture = window.sceneWidget->grabFramebuffer();
+        int core = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const QColor colour = picture.pixelColor(x, y);
+                core += colour.red() > 140 && colour.red() > colour.blue() + 60; // the only orange of the scene
+            }
         }
+        return core > picture.width() * picture.height() / 100;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isStormSeen, 20000));
+}
+
+TEST_F(TORVGUITest, TurnsIntoNightAndRemembersIt)
+{
+    {
+        TORVGUI window;
+        EXPECT_FALSE(window.nightMode->isChecked());
+        window.nightMode->trigger();
+        EXPECT_TRUE(TORVDisplayMode::isNight());
     }
-    EXPECT_GT(core, picture.width() * picture.height() / 100);
+    TORVDisplayMode::setNight(false);
+    const TORVGUI next;
+    EXPECT_TRUE(next.nightMode->isChecked());
+    EXPECT_TRUE(TORVDisplayMode::isNight());
+    TORVDisplayMode::setNight(false);
+}
+
+TEST_F(TORVGUITest, ShowsTheCursorOnRequest)
+{
+    TORVGUI window;
+    const int mark = static_cast<int>(log.lines().size());
+    window.cursorTool->trigger();
+    window.cursorTool->trigger();
+    EXPECT_EQ(log.lines().mid(mark).filter(QStringLiteral("TORVRenderer::togglePointWidget(): ")).size(), 2);
 }
 
 TEST_F(TORVGUITest, LooksPastEverythingThatIsNoVolumeOfReflectivity)

@@ -68,6 +68,16 @@ protected:
                                                  QStringLiteral("CAPPI"), QStringLiteral("Z"), QString(), 180, 1.5);
     }
 
+    /// Turns every layer off but the 3-D product.
+    void showProductAlone()
+    {
+        for (const TORVDisplayGroup::Ptr& group : observer.state->getMembers()) {
+            for (const TORVDisplayLayer::Ptr& layer : group->getMembers()) {
+                layer->setEnabled(layer->getKey() == TORVDisplayLayer::LAYER_3DPRODUCT);
+            }
+        }
+    }
+
     bool waitForFinished(int count)
     {
         return QTest::qWaitFor([&] { return observer.finished >= count; }, Patience_ms);

@@ -1,89 +1,29 @@
 #include "visualization/TORVRenderer.h"
 
-#include "SceneTest.h"
+#include "RendererTest.h"
 #include "support/ImageCompare.h"
-#include "support/OffscreenScene.h"
+#include "visualization/TORVCameraInteractor.h"
+#include "visualization/TORVFramePacer.h"
 
+#include <QColor>
 #include <QPoint>
 
-#include <gtest/gtest.h>
-
+#include <vtkActor.h>
 #include <vtkCamera.h>
-#include <vtkInteractorStyle.h>
+#include <vtkLight.h>
+#include <vtkLightCollection.h>
+#include <vtkPlaneSource.h>
+#include <vtkPolyDataMapper.h>
 #include <vtkPropCollection.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderWindowInteractor.h>
 #include <vtkRenderer.h>
 #include <vtkRendererCollection.h>
 
-#include <cmath>
-
 namespace
 {
 
-const QRgb Background = qRgb(54, 68, 79);
-
-class TORVRendererTest : public SceneTest
-{
-protected:
-    TORVRendererTest() : SceneTest({{20.0, 18}, {35.0, 32}, {45.0, 100}})
-    {
-        writeColours();
-        writeBlock();
-    }
-
-    // 41 x 41 x 11 points of 5 km and 1 km, the radar in the middle, a block of 50 dBZ 5 points wide round (30, 30, 5).
-    void writeBlock()
-    {
-        TORVProductFields fields;
-        fields.siteName = "HALMERA";
-        fields.xPoints = fields.yPoints = 41;
-        fields.zPoints = 11;
-        fields.xScale = fields.yScale = 500000;
-        fields.zScale = 100000;
-        fields.xRadar = fields.yRadar = 20000;
-        fields.groundElevation = fields.radarHeight = 0;
-        add("260714120000", fields, [](int x, int y, int z) {
-            return std::abs(x - 30) <= 2 && std::abs(y - 30) <= 2 && std::abs(z - 5) <= 2 ? 164U : 0U;
-        });
-    }
-
-    // Bands of teal from 20, green from 35 and orange from 45 dBZ.
-    void writeColours()
-    {
-        QByteArray file = "[DATAMAPPING]\ndata\\size=3\ndata\\3\\data_index=1\n\n"
-                          "[COLORSCALE%201]\nname=Default\ncolorset_index=1\ndata_index=1\npoints\\size=3\n"
-                          "points\\1\\seam=20\npoints\\2\\seam=35\npoints\\3\\seam=45\n\n"
-                          "[COLORSET%201]\npoints\\size=3\n";
-        const int colours[3][3] = {{0x0A, 0x83, 0x8C}, {0x7B, 0xD5, 0x50}, {0xFA, 0xAA, 0x28}};
-        for (int band = 0; band < 3; ++band) {
-            for (int channel = 0; channel < 3; ++channel) {
-                for (const char* const end : {"lower", "upper"}) {
-                    file += "points\\" + QByteArray::number(band + 1) + '\\' + end + '\\' + "rgb"[channel] + '=' +
-                            QByteArray::number(colours[band][channel]) + '\n';
-                }
-            }
-        }
-        home.write(QStringLiteral(".config/Halmera/TORV3DColors.conf"), file);
-    }
-
-    const TORVVisualization& block()
-    {
-        visualization.setSourceData(frame("260714120000"));
-        visualization.updateVisualization(true);
-        EXPECT_TRUE(waitForFinished(++runs));
-        return visualization;
-    }
-
-    QRgb at(const QImage& picture, TORVRenderer& renderer, double x, double y, double z)
-    {
-        return picture.pixel(OffscreenScene::pixelOf(renderer.getRenderer(), x, y, z).toPoint());
-    }
-
-    int runs = 0;
-    TORVVisualization visualization{&observer};
-    OffscreenScene scene;
-};
+using TORVRendererTest = RendererTest;
 
 // The orange core of 45 dBZ seen through the green and teal shells is yellow; shells and background are bluer than red.
 bool isCore(QRgb colour)
@@ -95,86 +35,211 @@ bool isCore(QRgb colour)
 
 TEST_F(TORVRendererTest, ShowsItsBackgroundFirst)
 {
-    TORVRenderer renderer(scene.window());
-    EXPECT_EQ(scene.picture().pixel(150, 150), Background);
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    EXPECT_EQ(scene.picture().pixel(30, 150), DefaultBackground);
+}
+
+TEST_F(TORVRendererTest, LooksTheSameByDayAndNightWithoutAStyleFile)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    TORVDisplayMode::setNight(true);
+    renderer.updateLights();
+    EXPECT_EQ(scene.picture().pixel(30, 150), DefaultBackground);
+}
+
+TEST_F(TORVRendererTest, TakesBackgroundAndLightFromTheStyleOfTheMode)
+{
+    writeStyle();
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    EXPECT_EQ(scene.picture().pixel(30, 150), qRgb(51, 102, 153));
+    TORVDisplayMode::setNight(true);
+    renderer.updateLights();
+    EXPECT_EQ(scene.picture().pixel(30, 150), qRgb(0, 51, 0));
+    vtkLight* const light = vtkLight::SafeDownCast(renderer.getRenderer()->GetLights()->GetItemAsObject(0));
+    EXPECT_EQ(light->GetDiffuseColor()[0], 0.25);
+}
+
+TEST_F(TORVRendererTest, LightsTheSceneFromAboveAndFromTheNorth)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    vtkLightCollection* const lights = renderer.getRenderer()->GetLights();
+    ASSERT_EQ(lights->GetNumberOfItems(), 2);
+    vtkLight* const first = vtkLight::SafeDownCast(lights->GetItemAsObject(0));
+    vtkLight* const second = vtkLight::SafeDownCast(lights->GetItemAsObject(1));
+    EXPECT_TRUE(first->LightTypeIsSceneLight());
+    EXPECT_FALSE(first->GetPositional());
+    EXPECT_EQ(first->GetPosition()[1], -500.0);
+    EXPECT_EQ(first->GetPosition()[2], 2000.0);
+    EXPECT_EQ(second->GetPosition()[1], 500.0);
+    EXPECT_EQ(second->GetDiffuseColor()[2], 0.25);
+}
+
+TEST_F(TORVRendererTest, LooksDownFromTwoThousandKilometresFirst)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    const double* const position = renderer.getRenderer()->GetActiveCamera()->GetPosition();
+    EXPECT_EQ(position[2], 2000000.0);
+    EXPECT_NEAR(renderer.getRenderer()->GetActiveCamera()->GetDirectionOfProjection()[2], -1.0, 1e-9);
 }
 
 TEST_F(TORVRendererTest, DrawsTheCoreWhereTheGridPutsIt)
 {
-    TORVRenderer renderer(scene.window());
-    renderer.setScene(block());
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.setVisualization(block());
+    lookAslant(renderer);
     const QImage picture = scene.picture();
     // The block's centre: (30 - 20) * 5 km east and north, 5 km up and drawn five times as high.
     EXPECT_TRUE(isCore(at(picture, renderer, 50000.0, 50000.0, 25000.0)));
-    EXPECT_EQ(at(picture, renderer, -50000.0, -50000.0, 25000.0), Background);
-    EXPECT_EQ(at(picture, renderer, 0.0, 0.0, 25000.0), Background);
+    EXPECT_EQ(at(picture, renderer, -50000.0, 50000.0, 25000.0), DefaultBackground);
+}
+
+TEST_F(TORVRendererTest, KeepsTheHueOfALitSurface)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.setVisualization(block({{45.0, 100}}));
+    lookAslant(renderer);
+    // The top of the block faces the light, which comes from (0, -500, 2000), a cosine of 0.97: FAAA28 times 0.7 and
+    // 0.97 times the light of 0.6, 0.588 and 0.54 is (255, 216, 49) with a hue of 49 degrees. Light of full strength
+    // would make it yellow, (255, 255, 63) with one of 60.
+    const QColor top(at(scene.picture(), renderer, 50000.0, 50000.0, 36000.0));
+    EXPECT_NEAR(top.hsvHue(), 49, 4);
+    EXPECT_GT(top.hsvSaturation(), 180);
+}
+
+TEST_F(TORVRendererTest, SortsAllShellsBeforeAnOpaqueGround)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.setVisualization(block());
+    vtkNew<vtkPlaneSource> plane;
+    plane->SetOrigin(-300000.0, -300000.0, -1000.0);
+    plane->SetPoint1(300000.0, -300000.0, -1000.0);
+    plane->SetPoint2(-300000.0, 300000.0, -1000.0);
+    vtkNew<vtkPolyDataMapper> mapper;
+    mapper->SetInputConnection(plane->GetOutputPort());
+    vtkNew<vtkActor> ground;
+    ground->SetMapper(mapper);
+    renderer.getRenderer()->AddViewProp(ground);
+    renderer.getCameraInteractor()->setView({50000.0, 49999.0, 330000.0}, {0.0, 1e-6, -1.0});
+    renderer.getCameraInteractor()->applyCamera(false);
+    renderer.renderNow();
+    // Seen from straight above no shell stands before the sky: the core of 45 dBZ must be there all the same.
+    EXPECT_TRUE(isCore(at(scene.picture(), renderer, 50000.0, 50000.0, 25000.0)));
 }
 
 TEST_F(TORVRendererTest, LooksAsItDidBefore)
 {
-    TORVRenderer renderer(scene.window());
-    renderer.setScene(block());
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.setVisualization(block());
+    lookAslant(renderer);
+    renderer.renderNow();
     EXPECT_EQ(ImageCompare::againstBaseline(scene.picture(), QStringLiteral("renderer-block")), QString());
 }
 
-TEST_F(TORVRendererTest, SeesTheWholeGridAtFirst)
+TEST_F(TORVRendererTest, PutsTheMarkerWhereTheRadarIs)
 {
-    TORVRenderer renderer(scene.window());
-    renderer.setScene(block());
-    scene.picture();
-    for (const double x : {-100000.0, 100000.0}) {
-        for (const double y : {-100000.0, 100000.0}) {
-            for (const double z : {0.0, 50000.0}) {
-                const QPointF pixel = OffscreenScene::pixelOf(renderer.getRenderer(), x, y, z);
-                EXPECT_TRUE(QRectF(0, 0, 300, 300).contains(pixel)) << x << ' ' << y << ' ' << z;
-            }
-        }
-    }
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    const auto item = block();
+    item->setRadarPosition({0.0, 0.0, 40000.0});
+    renderer.setVisualization(item);
+    lookAslant(renderer);
+    const QRgb marker = at(scene.picture(), renderer, 0.0, 0.0, 40000.0);
+    EXPECT_NE(marker, DefaultBackground);
+    EXPECT_NEAR(qRed(marker), qBlue(marker), 30); // grey, half of it lit
 }
 
 TEST_F(TORVRendererTest, ReplacesTheSceneBefore)
 {
-    TORVRenderer renderer(scene.window());
-    renderer.setScene(block());
-    renderer.setScene(block());
-    EXPECT_EQ(renderer.getRenderer()->GetViewProps()->GetNumberOfItems(), 2); // box and scene
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    const int before = renderer.getRenderer()->GetViewProps()->GetNumberOfItems();
+    renderer.setVisualization(block());
+    renderer.setVisualization(block());
+    EXPECT_EQ(renderer.getRenderer()->GetViewProps()->GetNumberOfItems(), before + 1);
+    renderer.removeVisualization();
+    EXPECT_EQ(renderer.getRenderer()->GetViewProps()->GetNumberOfItems(), before);
 }
 
-TEST_F(TORVRendererTest, KeepsTheCameraForTheSameSite)
+TEST_F(TORVRendererTest, LeavesTheMarkerWhenTheSceneGoes)
 {
-    TORVRenderer renderer(scene.window());
-    renderer.setScene(block());
-    renderer.getRenderer()->GetActiveCamera()->SetPosition(1.0, 2.0, 300000.0);
-    renderer.setScene(block());
-    EXPECT_EQ(renderer.getRenderer()->GetActiveCamera()->GetPosition()[1], 2.0);
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.removeVisualization();
+    EXPECT_EQ(renderer.getRenderer()->GetViewProps()->GetNumberOfItems(), 1);
 }
 
-TEST_F(TORVRendererTest, SortsTranslucentSurfacesOnlyAtRest)
+TEST_F(TORVRendererTest, LeavesTheCameraWhereItIs)
 {
-    vtkNew<vtkRenderWindowInteractor> interactor;
-    interactor->SetRenderWindow(scene.window());
-    TORVRenderer renderer(scene.window());
-    vtkInteractorObserver* const style = interactor->GetInteractorStyle();
-    EXPECT_TRUE(renderer.getRenderer()->GetUseDepthPeeling());
-    style->InvokeEvent(vtkCommand::StartInteractionEvent);
-    EXPECT_FALSE(renderer.getRenderer()->GetUseDepthPeeling());
-    style->InvokeEvent(vtkCommand::EndInteractionEvent);
-    EXPECT_TRUE(renderer.getRenderer()->GetUseDepthPeeling());
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.setVisualization(block());
+    lookAslant(renderer);
+    const double y = renderer.getRenderer()->GetActiveCamera()->GetPosition()[1];
+    renderer.setVisualization(block());
+    EXPECT_EQ(renderer.getRenderer()->GetActiveCamera()->GetPosition()[1], y);
+}
+
+TEST_F(TORVRendererTest, GoesBackToItsHomeView)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.setVisualization(block());
+    lookAslant(renderer);
+    renderer.resetCamera();
+    EXPECT_EQ(renderer.getRenderer()->GetActiveCamera()->GetPosition()[2], 2000000.0);
+}
+
+TEST_F(TORVRendererTest, DrawsNothingByItself)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.setVisualization(block());
+    renderer.toggleCompass(true);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(renderer.getPacer()->getDrawCount(), 0);
+}
+
+TEST_F(TORVRendererTest, DrawsOnceHoweverManyAsk)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    renderer.render();
+    renderer.renderWindow();
+    scene.window()->GetInteractor()->Render();
+    renderer.render();
+    EXPECT_EQ(renderer.getPacer()->getDrawCount(), 0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(renderer.getPacer()->getDrawCount(), 1);
+    EXPECT_TRUE(log.lines().last().contains(QLatin1String("..rendering took ")));
 }
 
 TEST_F(TORVRendererTest, LeavesTheWindowWhenItGoes)
 {
     {
-        const TORVRenderer renderer(scene.window());
+        const TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
         EXPECT_EQ(scene.window()->GetRenderers()->GetNumberOfItems(), 1);
     }
     EXPECT_EQ(scene.window()->GetRenderers()->GetNumberOfItems(), 0);
+}
+
+TEST_F(TORVRendererTest, TellsHowItIsMade)
+{
+    const int mark = static_cast<int>(log.lines().size());
+    const TORVRenderer renderer(scene.window(), nullptr, &pointObserver, true);
+    const QString all = linesSince(mark).join(QLatin1Char('\n'));
+    int from = 0;
+    for (const char* const words :
+         {"creating VTK renderer..", "creating VTK color scale renderer..", "adding VTK renderer to render window..",
+          "creating default camera..", "setting up interactions..", "setting up lighting.."}) {
+        from = static_cast<int>(all.indexOf(QLatin1String(words), from));
+        EXPECT_GE(from, 0) << words;
+    }
 }
 
 using TORVRendererDeathTest = TORVRendererTest;
 
 TEST_F(TORVRendererDeathTest, StopsAtNoScene)
 {
-    TORVRenderer renderer(scene.window());
-    EXPECT_DEATH(renderer.setScene(visualization), "scene");
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    EXPECT_DEATH(renderer.setVisualization({}), "_currentVisualization");
+}
+
+TEST_F(TORVRendererDeathTest, StopsAtASceneThatWasNeverBuilt)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    const auto item = boost::make_shared<TORVVisualizationPipelineItem>(observer.state);
+    EXPECT_DEATH(renderer.setVisualization(item), "getResults");
 }

@@ -55,7 +55,7 @@ protected:
         return frame("260714120000");
     }
 
-    TORVVisualizationTest() : SceneTest({{30.0, 100}}) {}
+    TORVVisualizationTest() : SceneTest({{30.0, 100}}) { showProductAlone(); }
 
     // Whatever is still under way has been delivered, and nobody called the observer since.
     void expectFinishedStays(int count)
