@@ -10,6 +10,9 @@ source = OpenDataFile(file)
 view = CreateView("RenderView")
 view.ViewSize = [width, height]
 view.OrientationAxesVisibility = 0
+settings = GetSettingsProxy("RenderViewSettings")
+settings.DepthPeeling = 1
+settings.MaximumNumberOfPeels = 8
 display = Show(source, view)
 if file.endswith(".vti"):
     display.SetRepresentationType("Volume")

@@ -1,6 +1,7 @@
 // How fast the scene of the demo is drawn, all layers, 1280 x 800: while the camera moves and at rest, as surfaces and
-// as a volume; how many pictures a burst of mouse moves costs. The rival draws the same surfaces, ground and box:
-// `TORV_PVPYTHON` names the program, without it there is none. `TORV_DEMO_HOME` is the home directory of the demo.
+// as a volume; how many pictures a burst of mouse moves costs. The rival draws the same surfaces or the same volume, so
+// it stands against ours alone: `TORV_PVPYTHON` names the program, without it there is none. `TORV_DEMO_HOME` is the
+// home directory of the demo.
 
 #include "datalib/TORV3DTop.h"
 #include "datalib/TORVDataFrame.h"
@@ -45,6 +46,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 
 namespace
 {
@@ -87,8 +89,14 @@ void waitUntil(const std::function<bool()>& isDone)
 class Scene
 {
 public:
-    explicit Scene(TORVProductSettings::RenderingType type)
+    /// @param isAlone  without all layers but the 3-D product
+    Scene(TORVProductSettings::RenderingType type, bool isAlone)
     {
+        for (const TORVDisplayGroup::Ptr& group : _observer.state->getMembers()) {
+            for (const TORVDisplayLayer::Ptr& layer : group->getMembers()) {
+                layer->setEnabled(!isAlone || layer->getKey() == TORVDisplayLayer::LAYER_3DPRODUCT);
+            }
+        }
         TORVProductSettings settings(QStringLiteral("CAPPI"), QStringLiteral("Z"), TORVDataType(2));
         const auto shipped = settings.getRenderingType();
         settings.setRenderingType(type);
@@ -164,21 +172,22 @@ private:
 };
 
 // One at a time: two windows would share the memory that one has in the program.
-Scene& scene(TORVProductSettings::RenderingType type)
+Scene& scene(TORVProductSettings::RenderingType type, bool isAlone = false)
 {
     static std::unique_ptr<Scene> current;
-    static auto currentType = TORVProductSettings::UNKNOWN;
-    if (!current || currentType != type) {
+    static auto currentKind = std::make_pair(TORVProductSettings::UNKNOWN, false);
+    const auto kind = std::make_pair(type, isAlone);
+    if (!current || currentKind != kind) {
         current.reset();
-        current = std::make_unique<Scene>(type);
-        currentType = type;
+        current = std::make_unique<Scene>(type, isAlone);
+        currentKind = kind;
     }
     return *current;
 }
 
-void moving(benchmark::State& state, TORVProductSettings::RenderingType type)
+void moving(benchmark::State& state, TORVProductSettings::RenderingType type, bool isAlone)
 {
-    Scene& demo = scene(type);
+    Scene& demo = scene(type, isAlone);
     for (int i = 0; i < 5; ++i) { // a volume finds its sample distance
         demo.turn();
         demo.renderer().getPacer()->moved();
@@ -192,12 +201,13 @@ void moving(benchmark::State& state, TORVProductSettings::RenderingType type)
     state.counters["frames/s"] = benchmark::Counter(double(state.iterations()), benchmark::Counter::kIsRate);
 }
 
-void atRest(benchmark::State& state, TORVProductSettings::RenderingType type)
+void atRest(benchmark::State& state, TORVProductSettings::RenderingType type, bool isAlone)
 {
-    Scene& demo = scene(type);
+    Scene& demo = scene(type, isAlone);
+    demo.renderer().renderNow(); // comes to rest
     for (auto _ : state) {
         demo.turn();
-        demo.renderer().renderNow();
+        demo.window()->Render();
     }
 }
 
@@ -224,7 +234,7 @@ void burstOfMouseMoves(benchmark::State& state)
 
 // What the rival draws.
 
-// The meshes of the scene where they stand in it; landmarks and flat layers are spared the rival.
+// The meshes of the scene where they stand in it.
 void writeSurfaces(Scene& demo, const QString& file)
 {
     vtkNew<vtkAppendPolyData> all;
@@ -273,7 +283,7 @@ void rival(benchmark::State& state, TORVProductSettings::RenderingType type, con
     const QTemporaryDir directory;
     const bool isVolume = type == TORVProductSettings::VOLUME;
     const QString file = directory.filePath(isVolume ? QStringLiteral("scene.vti") : QStringLiteral("scene.vtp"));
-    isVolume ? writeVolume(scene(type), file) : writeSurfaces(scene(type), file);
+    isVolume ? writeVolume(scene(type, true), file) : writeSurfaces(scene(type, true), file);
     for (auto _ : state) {
         QProcess process;
         process.start(program, {QStringLiteral(TORV_BENCH_SOURCES "/rival_frames.py"), file, QLatin1String(pace),
@@ -290,27 +300,33 @@ void rival(benchmark::State& state, TORVProductSettings::RenderingType type, con
     }
 }
 
-BENCHMARK_CAPTURE(moving, surfaces, TORVProductSettings::SURFACE)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(atRest, surfaces, TORVProductSettings::SURFACE)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(burstOfMouseMoves)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(rival, surfaces moving, TORVProductSettings::SURFACE, "moving")
-    ->Unit(benchmark::kMillisecond)
-    ->UseManualTime()
-    ->Iterations(1);
-BENCHMARK_CAPTURE(rival, surfaces at rest, TORVProductSettings::SURFACE, "rest")
-    ->Unit(benchmark::kMillisecond)
-    ->UseManualTime()
-    ->Iterations(1);
-BENCHMARK_CAPTURE(moving, volume, TORVProductSettings::VOLUME)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(atRest, volume, TORVProductSettings::VOLUME)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(rival, volume moving, TORVProductSettings::VOLUME, "moving")
-    ->Unit(benchmark::kMillisecond)
-    ->UseManualTime()
-    ->Iterations(1);
-BENCHMARK_CAPTURE(rival, volume at rest, TORVProductSettings::VOLUME, "rest")
-    ->Unit(benchmark::kMillisecond)
-    ->UseManualTime()
-    ->Iterations(1);
+constexpr auto Surfaces = TORVProductSettings::SURFACE;
+constexpr auto Volume = TORVProductSettings::VOLUME;
+
+void ofOurs(benchmark::internal::Benchmark* benchmark)
+{
+    benchmark->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+void ofTheRival(benchmark::internal::Benchmark* benchmark)
+{
+    benchmark->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(1);
+}
+
+BENCHMARK_CAPTURE(moving, surfaces, Surfaces, false)->Apply(ofOurs);
+BENCHMARK_CAPTURE(atRest, surfaces, Surfaces, false)->Apply(ofOurs);
+BENCHMARK(burstOfMouseMoves)->Apply(ofOurs);
+BENCHMARK_CAPTURE(moving, volume, Volume, false)->Apply(ofOurs);
+BENCHMARK_CAPTURE(atRest, volume, Volume, false)->Apply(ofOurs);
+
+BENCHMARK_CAPTURE(moving, surfaces alone, Surfaces, true)->Apply(ofOurs);
+BENCHMARK_CAPTURE(rival, surfaces alone moving, Surfaces, "moving")->Apply(ofTheRival);
+BENCHMARK_CAPTURE(atRest, surfaces alone, Surfaces, true)->Apply(ofOurs);
+BENCHMARK_CAPTURE(rival, surfaces alone at rest, Surfaces, "rest")->Apply(ofTheRival);
+BENCHMARK_CAPTURE(moving, volume alone, Volume, true)->Apply(ofOurs);
+BENCHMARK_CAPTURE(rival, volume alone moving, Volume, "moving")->Apply(ofTheRival);
+BENCHMARK_CAPTURE(atRest, volume alone, Volume, true)->Apply(ofOurs);
+BENCHMARK_CAPTURE(rival, volume alone at rest, Volume, "rest")->Apply(ofTheRival);
 
 } // namespace
 

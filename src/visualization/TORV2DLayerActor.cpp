@@ -80,7 +80,8 @@ int TORV2DLayerActor::RenderOpaqueGeometry(vtkViewport* viewport)
 
 int TORV2DLayerActor::RenderTranslucentPolygonalGeometry(vtkViewport* viewport)
 {
-    return renderParts(viewport, &vtkProp::RenderTranslucentPolygonalGeometry);
+    // Asked once for each layer that is peeled, mostly for nothing.
+    return HasTranslucentPolygonalGeometry() ? renderParts(viewport, &vtkProp::RenderTranslucentPolygonalGeometry) : 0;
 }
 
 int TORV2DLayerActor::RenderVolumetricGeometry(vtkViewport* viewport)

@@ -3,6 +3,7 @@
 #include "visualization/TORV3DFilters.h"
 #include "visualization/TORVColormap.h"
 #include "visualization/TORVSceneGrid.h"
+#include "visualization/TORVSurfaceActor.h"
 #include "visualization/TORVVolumePath.h"
 
 #include <QCoreApplication>
@@ -210,7 +211,7 @@ void TORV3DVisualElement::createSurfaces()
     _contourFilter->ComputeGradientsOff();
     _contourFilter->ComputeScalarsOn();
     _mapper = vtkSmartPointer<vtkPolyDataMapper>::New();
-    vtkNew<vtkActor> actor;
+    vtkNew<TORVSurfaceActor> actor;
     actor->SetMapper(_mapper);
     setSurfaceLook(actor->GetProperty());
     _prop = actor;

@@ -14,6 +14,7 @@ namespace
 // Pictures a second. Volumes are drawn as coarsely as this takes.
 constexpr double RateAtRest = 0.0001;
 constexpr double RateMoving = 15.0;
+constexpr double SlowestQuickRate = 1.0;
 
 } // namespace
 
@@ -50,7 +51,15 @@ void TORVFramePacer::drawNow()
     _drawTimer.stop();
     _restTimer.stop();
     setMoving(false);
+    _renderer->SetMaximumNumberOfPeels(PeelsForKeeps);
     draw();
+    _renderer->SetMaximumNumberOfPeels(PeelsAtRest);
+}
+
+bool TORVFramePacer::isQuick(vtkViewport* viewport)
+{
+    auto* const window = vtkRenderWindow::SafeDownCast(viewport->GetVTKWindow());
+    return window && window->GetDesiredUpdateRate() > SlowestQuickRate;
 }
 
 // Sorting translucent surfaces costs several plain pictures. Smooth edges cost a processor a fifth of a frame and a

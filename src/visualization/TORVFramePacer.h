@@ -5,6 +5,7 @@
 
 class vtkRenderWindow;
 class vtkRenderer;
+class vtkViewport;
 
 /**
  * When a window is drawn, and how well.
@@ -29,8 +30,9 @@ public:
     /// From the end of the last quick picture to the whole one.
     static constexpr int RestDelay_ms = 100;
 
-    /// Layers of translucent surfaces that are sorted in a picture at rest.
-    static constexpr int PeelsAtRest = 16;
+    /// Layers of translucent surfaces that are sorted in a picture at rest, and in one that is kept.
+    static constexpr int PeelsAtRest = 8;
+    static constexpr int PeelsForKeeps = 16;
 
     TORVFramePacer(vtkRenderWindow* window, vtkRenderer* renderer);
     ~TORVFramePacer() override;
@@ -41,10 +43,13 @@ public:
     /// What is seen is on the move.
     void moved();
 
-    /// A whole picture, before this returns.
+    /// A whole picture for keeps, before this returns.
     void drawNow();
 
     bool isMoving() const { return _isMoving; }
+
+    /// Whether the picture that is being drawn there is a quick one, for what draws itself differently then.
+    static bool isQuick(vtkViewport* viewport);
 
     /// Pictures so far.
     int getDrawCount() const { return _drawCount; }

@@ -1,59 +1,23 @@
 #include "visualization/TORVTerrainActor.h"
 
+#include "visualization/TORVFramePacer.h"
+#include "visualization/TORVMatt.h"
+#include "visualization/TORVTerrainMesh.h"
 #include "visualization/TORVVolumePath.h"
 
 #include <vtkCamera.h>
-#include <vtkCellArray.h>
-#include <vtkIdList.h>
 #include <vtkImageData.h>
 #include <vtkObjectFactory.h>
-#include <vtkPointData.h>
-#include <vtkPoints.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataMapper.h>
-#include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
-#include <vtkShaderProperty.h>
 #include <vtkTexture.h>
-
-#include <cmath>
 
 namespace
 {
 
 constexpr int Anisotropy = 8;
-constexpr double SlowestMotion = 1.0; // pictures a second; a window at rest asks for fewer
-
-// Every second point of every second row. Null where a mesh can't be thinned so.
-vtkSmartPointer<vtkPolyData> thinned(vtkPolyData* mesh)
-{
-    const auto side = static_cast<vtkIdType>(std::lround(std::sqrt(static_cast<double>(mesh->GetNumberOfPoints()))));
-    if (side * side != mesh->GetNumberOfPoints() || side < 3 || side % 2 == 0) {
-        return nullptr;
-    }
-    const vtkIdType thinSide = side / 2 + 1;
-    vtkNew<vtkIdList> kept;
-    vtkNew<vtkCellArray> triangles;
-    for (vtkIdType row = 0; row < thinSide; ++row) {
-        for (vtkIdType column = 0; column < thinSide; ++column) {
-            const vtkIdType i = kept->InsertNextId(2 * row * side + 2 * column);
-            if (row + 1 < thinSide && column + 1 < thinSide) {
-                triangles->InsertNextCell({i, i + 1, i + 1 + thinSide});
-                triangles->InsertNextCell({i, i + 1 + thinSide, i + thinSide});
-            }
-        }
-    }
-    vtkNew<vtkPoints> points;
-    mesh->GetPoints()->GetPoints(kept, points);
-    auto thin = vtkSmartPointer<vtkPolyData>::New();
-    thin->SetPoints(points);
-    thin->SetPolys(triangles);
-    thin->GetPointData()->CopyAllocate(mesh->GetPointData(), kept->GetNumberOfIds());
-    for (vtkIdType i = 0; i < kept->GetNumberOfIds(); ++i) {
-        thin->GetPointData()->CopyData(mesh->GetPointData(), kept->GetId(i), i);
-    }
-    return thin;
-}
+constexpr int MovingFactor = 3;
 
 // The mesh never changes: no picture need ask whether it has.
 void setInput(vtkPolyDataMapper* mapper, vtkPolyData* mesh)
@@ -63,12 +27,6 @@ void setInput(vtkPolyDataMapper* mapper, vtkPolyData* mesh)
     mapper->StaticOn();
 }
 
-bool isMoving(vtkViewport* viewport)
-{
-    auto* const window = vtkRenderWindow::SafeDownCast(viewport->GetVTKWindow());
-    return window && window->GetDesiredUpdateRate() > SlowestMotion;
-}
-
 } // namespace
 
 vtkStandardNewMacro(TORVTerrainActor)
@@ -76,8 +34,7 @@ vtkStandardNewMacro(TORVTerrainActor)
     TORVTerrainActor::TORVTerrainActor()
 {
     SetMapper(_whole);
-    // VTK works out the gloss whether there is any or not: a power for each light and pixel, an eighth of the time.
-    GetShaderProperty()->AddFragmentShaderReplacement("sf = sign(df)*pow(", false, "sf = 0.0; //", true);
+    TORVMatt::apply(this);
 }
 
 TORVTerrainActor::~TORVTerrainActor() = default;
@@ -87,9 +44,14 @@ void TORVTerrainActor::SetMesh(vtkPolyData* mesh)
 {
     vtkNew<vtkPolyData> own;
     own->ShallowCopy(mesh);
+    if (TORVTerrainMesh::isLevel(own)) {
+        const vtkSmartPointer<vtkPolyData> level = TORVTerrainMesh::thinned(own, TORVTerrainMesh::LevelFactor);
+        setInput(_whole, level);
+        setInput(_quick, level);
+        return;
+    }
     setInput(_whole, own);
-    const vtkSmartPointer<vtkPolyData> thin = thinned(mesh);
-    setInput(_quick, thin ? thin.Get() : own.Get());
+    setInput(_quick, TORVTerrainMesh::thinned(own, MovingFactor));
 }
 
 void TORVTerrainActor::SetPicture(vtkImageData* picture)
@@ -119,7 +81,7 @@ int TORVTerrainActor::RenderOpaqueGeometry(vtkViewport* viewport)
     if (GetTexture()) {
         GetTexture()->SetMaximumAnisotropicFiltering(isSoftware ? 1.0F : static_cast<float>(Anisotropy));
     }
-    SetMapper(isSoftware && isMoving(viewport) ? _quick : _whole);
+    SetMapper(isSoftware && TORVFramePacer::isQuick(viewport) ? _quick : _whole);
     return vtkOpenGLActor::RenderOpaqueGeometry(viewport);
 }
 

@@ -10,8 +10,9 @@ class vtkPolyDataMapper;
 
 /**
  * One block of ground. Where OpenGL runs on the processor most of its time goes into triangles of a few pixels, so
- * there a window on the move is given a mesh of half as many points each way; and anisotropic filtering, which would
- * double what the ground costs, is left to graphics cards. A block that lies outside the picture isn't drawn at all.
+ * there a window on the move is given a mesh of a third of the points each way; and anisotropic filtering, which would
+ * double what the ground costs, is left to graphics cards. A level block needs few points anywhere. A block that lies
+ * outside the picture isn't drawn at all.
  *
  * Ownership: shares mesh and picture, which must not change any more.
  *

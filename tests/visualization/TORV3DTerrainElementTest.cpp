@@ -143,7 +143,11 @@ TEST_F(TORV3DTerrainElementTest, LoadsTheSetAndShowsEveryBlock)
     element.update(parameters(ground), true, abort);
     EXPECT_TRUE(ground->isLoaded());
     ASSERT_TRUE(assembly(element));
-    EXPECT_EQ(assembly(element)->GetParts()->GetNumberOfItems(), 3);
+    ASSERT_EQ(assembly(element)->GetParts()->GetNumberOfItems(), 2); // the block and, as one, the two without data
+    const double* const sea = actor(element, 1)->GetBounds();
+    EXPECT_NEAR(sea[0], projection->projectFromLatLon({47.0, 9.0}).x, 1.0);
+    EXPECT_NEAR(sea[1], projection->projectFromLatLon({46.0, 11.0}).x, 1.0);
+    EXPECT_EQ(sea[5], 0.0);
     EXPECT_TRUE(
         log.lines().filter(QStringLiteral("TORV3DTerrainElement::update(): Creating new  visualization.")).size() == 1);
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <vtkCallbackCommand.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
 
@@ -75,6 +76,22 @@ TEST_F(TORVFramePacerTest, AllowsCoarsePicturesOnlyWhileMoving)
     EXPECT_LT(scene.window()->GetDesiredUpdateRate(), 0.01);
     pacer.moved();
     EXPECT_GE(scene.window()->GetDesiredUpdateRate(), 10.0);
+}
+
+TEST_F(TORVFramePacerTest, SortsMoreLayersInAPictureForKeeps)
+{
+    int peels = 0;
+    vtkNew<vtkCallbackCommand> command;
+    command->SetClientData(&peels);
+    command->SetCallback([](vtkObject* caller, unsigned long, void* count, void*) {
+        *static_cast<int*>(count) = static_cast<vtkRenderer*>(caller)->GetMaximumNumberOfPeels();
+    });
+    renderer->AddObserver(vtkCommand::StartEvent, command);
+    pacer.drawNow();
+    EXPECT_EQ(peels, TORVFramePacer::PeelsForKeeps);
+    pacer.request();
+    turn();
+    EXPECT_EQ(peels, TORVFramePacer::PeelsAtRest);
 }
 
 TEST_F(TORVFramePacerTest, DrawsTheWholePictureWhenTheHandRests)
