@@ -1,5 +1,7 @@
 #include "visualization/TORV2DLayerActor.h"
 
+#include "visualization/TORVFlatLabel.h"
+
 #include <vtkMath.h>
 #include <vtkMatrix4x4.h>
 #include <vtkObjectFactory.h>
@@ -11,28 +13,31 @@
 
 #include <algorithm>
 
-vtkStandardNewMacro(TORV2DLayerActor)
+TORV2DLayerActor* TORV2DLayerActor::New()
+{
+    VTK_STANDARD_NEW_BODY(TORV2DLayerActor);
+}
 
-    namespace
+namespace
 {
 
-    // Gives a prop a place of its own while it is drawn.
-    class Placed
+// Gives a prop a place of its own while it is drawn.
+class Placed
+{
+public:
+    Placed(vtkProp3D* prop, vtkMatrix4x4* outer) : _prop(prop)
     {
-    public:
-        Placed(vtkProp3D* prop, vtkMatrix4x4* outer) : _prop(prop)
-        {
-            vtkNew<vtkMatrix4x4> matrix;
-            vtkMatrix4x4::Multiply4x4(outer, prop->GetMatrix(), matrix);
-            _prop->PokeMatrix(matrix);
-        }
-        ~Placed() { _prop->PokeMatrix(nullptr); }
-        Placed(const Placed&) = delete;
-        Placed& operator=(const Placed&) = delete;
+        vtkNew<vtkMatrix4x4> matrix;
+        vtkMatrix4x4::Multiply4x4(outer, prop->GetMatrix(), matrix);
+        _prop->PokeMatrix(matrix);
+    }
+    ~Placed() { _prop->PokeMatrix(nullptr); }
+    Placed(const Placed&) = delete;
+    Placed& operator=(const Placed&) = delete;
 
-    private:
-        vtkProp3D* _prop;
-    };
+private:
+    vtkProp3D* _prop;
+};
 
 } // namespace
 
@@ -111,6 +116,9 @@ int TORV2DLayerActor::renderParts(vtkViewport* viewport, Operation operation)
     parts->InitTraversal(position);
     while (vtkProp3D* const part = parts->GetNextProp3D(position)) {
         if (part->GetVisibility()) {
+            if (auto* const label = TORVFlatLabel::SafeDownCast(part)) {
+                label->Fit(viewport, place);
+            }
             const Placed placed(part, place);
             part->SetPropertyKeys(GetPropertyKeys()); // what the present pass has to tell to mappers
             part->SetAllocatedRenderTime(AllocatedRenderTime / parts->GetNumberOfItems(), viewport);

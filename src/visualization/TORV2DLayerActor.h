@@ -17,8 +17,12 @@ class TORV2DLayerActor final : public vtkProp3D
 {
 public:
     static TORV2DLayerActor* New();
-    vtkTypeMacro(TORV2DLayerActor, vtkProp3D) TORV2DLayerActor(const TORV2DLayerActor&) = delete;
-    TORV2DLayerActor& operator=(const TORV2DLayerActor&) = delete;
+    // VTK's macro has no semicolon, which would make one statement of the two.
+    // clang-format off
+    vtkTypeMacro(TORV2DLayerActor, vtkProp3D)
+    TORV2DLayerActor(const TORV2DLayerActor&) = delete;
+    // clang-format on
+    void operator=(const TORV2DLayerActor&) = delete;
 
     /// Parts are drawn in the order in which they came.
     void AddPart(vtkProp3D* part);

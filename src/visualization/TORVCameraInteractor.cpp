@@ -57,9 +57,12 @@ QString words(const TORVPoint3D& point)
 
 } // namespace
 
-vtkStandardNewMacro(TORVCameraInteractor)
+TORVCameraInteractor* TORVCameraInteractor::New()
+{
+    VTK_STANDARD_NEW_BODY(TORVCameraInteractor);
+}
 
-    TORVCameraInteractor::TORVCameraInteractor() = default;
+TORVCameraInteractor::TORVCameraInteractor() = default;
 TORVCameraInteractor::~TORVCameraInteractor() = default;
 
 void TORVCameraInteractor::setRenderer(vtkRenderer* renderer)

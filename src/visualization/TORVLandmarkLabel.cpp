@@ -49,9 +49,12 @@ struct TORVLandmarkLabel::Spot
     double pixelScale; // device pixels in a pixel at 72 dots an inch
 };
 
-vtkStandardNewMacro(TORVLandmarkLabel)
+TORVLandmarkLabel* TORVLandmarkLabel::New()
+{
+    VTK_STANDARD_NEW_BODY(TORVLandmarkLabel);
+}
 
-    TORVLandmarkLabel::TORVLandmarkLabel()
+TORVLandmarkLabel::TORVLandmarkLabel()
 {
     _sphere->SetRadius(SphereRadius_m);
     _sphere->SetThetaResolution(SphereResolution);

@@ -73,15 +73,14 @@ void TORVLineLayer::addLabel(const QString& text, const Point& place, const Poin
     letters->Update();
     vtkNew<vtkPolyDataMapper> mapper;
     mapper->SetInputDataObject(letters->GetOutput());
-    Label label = {vtkSmartPointer<vtkActor>::New(), place, offset};
-    label.actor->SetMapper(mapper);
-    setFlatLook(label.actor->GetProperty());
-    label.actor->GetProperty()->EdgeVisibilityOn(); // strokes of less than a pixel would fall apart
-    if (anchor == RIGHT) {
-        label.offset[0] -= letters->GetOutput()->GetBounds()[1];
-    }
+    auto label = vtkSmartPointer<TORVFlatLabel>::New();
+    label->SetMapper(mapper);
+    setFlatLook(label->GetProperty());
+    label->GetProperty()->EdgeVisibilityOn(); // strokes of less than a pixel would fall apart
+    const double width = anchor == RIGHT ? letters->GetOutput()->GetBounds()[1] : 0.0;
+    label->SetPlace(place, {offset[0] - width, offset[1]});
     apply(label);
-    _prop->AddPart(label.actor);
+    _prop->AddPart(label);
     _labels.push_back(label);
 }
 
@@ -91,17 +90,15 @@ void TORVLineLayer::setStyle(const Style& style)
     vtkProperty* const property = _lines->GetProperty();
     property->SetColor(style.lineColor[0], style.lineColor[1], style.lineColor[2]);
     property->SetLineWidth(static_cast<float>(style.lineWidth));
-    for (const Label& label : _labels) {
+    for (const vtkSmartPointer<TORVFlatLabel>& label : _labels) {
         apply(label);
     }
 }
 
-void TORVLineLayer::apply(const Label& label) const
+void TORVLineLayer::apply(TORVFlatLabel* label) const
 {
-    const double size = _style.labelSize;
     const TORVSceneStyle::Color& color = _style.labelColor;
-    label.actor->GetProperty()->SetColor(color[0], color[1], color[2]);
-    label.actor->GetProperty()->SetEdgeColor(color[0], color[1], color[2]);
-    label.actor->SetScale(size, size, 1.0);
-    label.actor->SetPosition(label.place[0] + label.offset[0] * size, label.place[1] + label.offset[1] * size, 0.0);
+    label->GetProperty()->SetColor(color[0], color[1], color[2]);
+    label->GetProperty()->SetEdgeColor(color[0], color[1], color[2]);
+    label->SetHeight(_style.labelSize);
 }

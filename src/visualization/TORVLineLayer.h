@@ -1,6 +1,7 @@
 #pragma once
 
 #include "visualization/TORV2DLayerActor.h"
+#include "visualization/TORVFlatLabel.h"
 #include "visualization/TORVSceneStyle.h"
 
 #include <QString>
@@ -32,7 +33,7 @@ public:
         TORVSceneStyle::Color lineColor;
         double lineWidth; ///< pixels
         TORVSceneStyle::Color labelColor;
-        double labelSize; ///< metres, height of a capital letter
+        double labelSize; ///< metres, least height of a capital letter
     };
 
     /// Which part of a text stands at its place.
@@ -62,17 +63,11 @@ public:
     vtkActor* getLines() const { return _lines; }
 
 private:
-    struct Label
-    {
-        vtkSmartPointer<vtkActor> actor;
-        Point place;
-        Point offset;
-    };
-    void apply(const Label& label) const;
+    void apply(TORVFlatLabel* label) const;
 
     Style _style;
     vtkNew<vtkPolyData> _geometry;
     vtkNew<vtkActor> _lines;
-    std::vector<Label> _labels;
+    std::vector<vtkSmartPointer<TORVFlatLabel>> _labels;
     vtkSmartPointer<TORV2DLayerActor> _prop;
 };

@@ -86,9 +86,12 @@ unsigned char byteOf(double part)
 
 } // namespace
 
-vtkStandardNewMacro(TORVOutlinedText)
+TORVOutlinedText* TORVOutlinedText::New()
+{
+    VTK_STANDARD_NEW_BODY(TORVOutlinedText);
+}
 
-    TORVOutlinedText::TORVOutlinedText() = default;
+TORVOutlinedText::TORVOutlinedText() = default;
 
 TORVOutlinedText::~TORVOutlinedText() = default;
 

@@ -29,9 +29,12 @@ void setInput(vtkPolyDataMapper* mapper, vtkPolyData* mesh)
 
 } // namespace
 
-vtkStandardNewMacro(TORVTerrainActor)
+TORVTerrainActor* TORVTerrainActor::New()
+{
+    VTK_STANDARD_NEW_BODY(TORVTerrainActor);
+}
 
-    TORVTerrainActor::TORVTerrainActor()
+TORVTerrainActor::TORVTerrainActor()
 {
     SetMapper(_whole);
     TORVMatt::apply(this);
