@@ -74,6 +74,22 @@ make_demo() {
     echo "$root/$site/home"
 }
 
+# look_aslant LOG: turns the scene on the display with the keys of its camera, and waits until it is drawn whole.
+look_aslant() {
+    local before now
+    xdotool mousemove 760 440 click 1
+    xdotool key --repeat 105 --delay 5 shift+Up
+    xdotool key --repeat 55 --delay 5 shift+Right
+    xdotool key --repeat 16 --delay 5 plus
+    now=$(wc -l <"$1")
+    before=
+    until [ "$now" = "$before" ]; do
+        sleep 1
+        before=$now
+        now=$(wc -l <"$1")
+    done
+}
+
 # take_screenshot HOME FILE [VIEWER OPTION...]: what the window shows once its picture has come to rest.
 take_screenshot() {
     local home=$1 picture=$2 log=build/demo/viewer.log
@@ -88,6 +104,7 @@ take_screenshot() {
         cat "$log" >&2
         die "the viewer shows no picture"
     fi
+    look_aslant "$log"
     QT_LOGGING_RULES='*=false' build/release/tools/screengrab/torv3dgrab "$picture" || die "no screenshot"
     kill "$viewer" 2>/dev/null
     stop_display
