@@ -99,6 +99,11 @@ void printEntry(QTextStream& out, int number, const TORVLandmark& landmark)
     line(BlueKey, shortest(landmark.getBlue()));
 }
 
+bool isSame(const TORVCoordinate& a, const TORVCoordinate& b)
+{
+    return a.getLat() == b.getLat() && a.getLon() == b.getLon();
+}
+
 } // namespace
 
 TORVLandmarkList::TORVLandmarkList()
@@ -108,6 +113,10 @@ TORVLandmarkList::TORVLandmarkList()
 
 void TORVLandmarkList::load()
 {
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        _lastSet.reset();
+    }
     TORVLog* const log = TORVLog::Instance();
     const bool isTold = log->isShown(TORVLog::LEVEL_DEBUG);
     QSettings settings(QCoreApplication::organizationName(), File);
@@ -131,6 +140,19 @@ void TORVLandmarkList::load()
 
 TORVLandmarkSet::Ptr TORVLandmarkList::getLandmarkSet(const TORVCoordinate& center, const TORVCoordinate& lowerLeft,
                                                       const TORVCoordinate& upperRight) const
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    TORVLandmarkSet::Ptr set = _lastSet.lock();
+    if (!set || !isSame(set->getCenter(), center) || !isSame(set->getLowerLeft(), lowerLeft) ||
+        !isSame(set->getUpperRight(), upperRight)) {
+        set = makeLandmarkSet(center, lowerLeft, upperRight);
+        _lastSet = set;
+    }
+    return set;
+}
+
+TORVLandmarkSet::Ptr TORVLandmarkList::makeLandmarkSet(const TORVCoordinate& center, const TORVCoordinate& lowerLeft,
+                                                       const TORVCoordinate& upperRight) const
 {
     TORVLog* const log = TORVLog::Instance();
     const bool isTold = log->isShown(TORVLog::LEVEL_DEBUG);

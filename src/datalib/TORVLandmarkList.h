@@ -5,6 +5,9 @@
 #include <QVector>
 
 #include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <mutex>
 
 /**
  * All named places of the installation, from the settings file "TORV3DLandmarks" of the organisation: an array
@@ -28,7 +31,8 @@ public:
 
     const TORVLandmarkSet::Landmarks& getLandmarks() const { return _landmarks; }
 
-    /// The landmarks between two corners, in the order of the list; never null.
+    /// The landmarks between two corners, in the order of the list; never null. Who asks for the area that was asked
+    /// for last is given the same set as long as somebody holds it: frames of one radar share theirs.
     TORVLandmarkSet::Ptr getLandmarkSet(const TORVCoordinate& center, const TORVCoordinate& lowerLeft,
                                         const TORVCoordinate& upperRight) const;
 
@@ -36,5 +40,10 @@ public:
     void printIniFormat() const;
 
 private:
+    TORVLandmarkSet::Ptr makeLandmarkSet(const TORVCoordinate& center, const TORVCoordinate& lowerLeft,
+                                         const TORVCoordinate& upperRight) const;
+
     TORVLandmarkSet::Landmarks _landmarks;
+    mutable std::mutex _mutex;
+    mutable boost::weak_ptr<TORVLandmarkSet> _lastSet; // guarded by _mutex
 };

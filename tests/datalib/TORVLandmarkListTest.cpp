@@ -214,6 +214,22 @@ TEST_F(TORVLandmarkListTest, GivesAnEmptySetWhereThereIsNothing)
     EXPECT_TRUE(TORVLandmarkList().getLandmarkSet(Center, SouthWest, NorthEast)->getLandmarks().isEmpty());
 }
 
+TEST_F(TORVLandmarkListTest, GivesTheSetOfAnAreaAgainWhileSomebodyHoldsIt)
+{
+    TORVLandmarkList list;
+    const TORVLandmarkSet::Ptr set = list.getLandmarkSet(Center, SouthWest, NorthEast);
+    EXPECT_EQ(list.getLandmarkSet(Center, SouthWest, NorthEast), set);
+    EXPECT_NE(list.getLandmarkSet(SouthWest, SouthWest, NorthEast), set);
+}
+
+TEST_F(TORVLandmarkListTest, GivesAnotherSetAfterLoadingAnew)
+{
+    TORVLandmarkList list;
+    const TORVLandmarkSet::Ptr set = list.getLandmarkSet(Center, SouthWest, NorthEast);
+    list.load();
+    EXPECT_NE(list.getLandmarkSet(Center, SouthWest, NorthEast), set);
+}
+
 TEST_F(TORVLandmarkListTest, PrintsATextThatReadsAsTheSameList)
 {
     const QString label = QStringLiteral("Z\u00fcrich, \"Kloten\"; a=b \\ %20");
