@@ -1,6 +1,7 @@
 #include "gui/TORVPalette.h"
 
-#include <QFile>
+#include "gui/TORVTextTable.h"
+
 #include <QRegularExpression>
 
 namespace
@@ -37,23 +38,14 @@ const TORVPalette& TORVPalette::instance()
 
 TORVPalette::TORVPalette(const QString& fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        _errors << fileName + QLatin1String(": ") + file.errorString();
-        return;
-    }
-    const QStringList lines = QString::fromLatin1(file.readAll()).split(QLatin1Char('\n'));
-    for (const QString& line : lines) {
-        readLine(line.simplified());
+    for (const QString& line : TORVTextTable::readLines(fileName, _errors)) {
+        readLine(line);
     }
 }
 
 void TORVPalette::readLine(const QString& line)
 {
     static const QRegularExpression row(QStringLiteral("^([a-z_]+) (#[0-9A-Fa-f]{6}) (#[0-9A-Fa-f]{6})$"));
-    if (line.isEmpty() || line.startsWith(QLatin1Char('#'))) {
-        return;
-    }
     const QRegularExpressionMatch match = row.match(line);
     const QString name = match.captured(1);
     if (!match.hasMatch() || _colors.contains(name)) {

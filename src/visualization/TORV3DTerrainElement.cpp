@@ -43,7 +43,7 @@ bool isSea(const TORVTerrainFile& block)
     return block.getType() == TORVTerrainFile::EMPTY && TORVTerrainMesh::isLevel(block.getPolyData());
 }
 
-// Blocks without data look alike everywhere. A hundred of them as one cost a tenth of the time.
+// Blocks without data look alike everywhere. As one they cost one call, not a hundred.
 vtkSmartPointer<vtkActor> makeSea(const std::vector<TORVTerrainSet::BlockPtr>& blocks, vtkProperty* property)
 {
     vtkNew<vtkAppendPolyData> all;

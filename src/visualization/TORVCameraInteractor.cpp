@@ -28,8 +28,6 @@ constexpr double KeyRotation = 4.0;
 constexpr double KeyPan = 20.0;
 constexpr double KeyZoom = 0.2;
 
-constexpr int BurstEnd_ms = 200;
-
 // What the base class does at these characters would leave the program, change how everything is drawn, or move the
 // camera behind the model's back; r and t are this class's own.
 constexpr char SwallowedCharacters[] = "rRsSwWfFeEqQuUpPmM3jJtTcCaAlL";
@@ -209,13 +207,6 @@ void TORVCameraInteractor::wheel(double steps)
         return;
     }
     zoomCamera(steps * _model.getZoomFactor());
-    stepped();
-}
-
-// The one place where a step of wheel or key ends.
-void TORVCameraInteractor::stepped()
-{
-    _lastStep.start();
     userMoved();
 }
 
@@ -228,11 +219,6 @@ void TORVCameraInteractor::printDebug() const
 {
     TORVLog::Instance()->logDebug(
         QStringLiteral("Cam: pos=(%1), dir=(%2)").arg(words(_model.getPosition()), words(_model.getDirection())));
-}
-
-bool TORVCameraInteractor::isMoving() const
-{
-    return State != VTKIS_NONE || (_lastStep.isValid() && !_lastStep.hasExpired(BurstEnd_ms));
 }
 
 void TORVCameraInteractor::OnLeftButtonDown()
@@ -369,7 +355,7 @@ void TORVCameraInteractor::OnKeyDown()
         return; // keys with Alt are the window's
     }
     if (pressArrow() || pressOther()) {
-        stepped();
+        userMoved();
     }
 }
 

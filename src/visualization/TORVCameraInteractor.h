@@ -2,7 +2,6 @@
 
 #include "visualization/TORVCameraModel.h"
 
-#include <QElapsedTimer>
 #include <QString>
 
 #include <vtkCommand.h>
@@ -112,9 +111,6 @@ public:
     double getMaxDistance() const { return _model.getMaxDistance(); }
     double getTargetLimit() const { return _model.getTargetLimit(); }
 
-    /// During a drag, and shortly after a step of wheel or key.
-    bool isMoving() const;
-
     void OnChar() override;
     void OnMouseMove() override;
     void OnLeftButtonDown() override;
@@ -145,7 +141,6 @@ private:
     void rotateByMouse(double dx, double dy);
     bool pressArrow();
     bool pressOther();
-    void stepped();
     bool isSwallowed() const;
     double nearPlane() const;
     double distanceToScene() const;
@@ -156,6 +151,5 @@ private:
     bool _isResetPending = false;
     bool _isViewRotation = false; // latched at the press
     std::optional<std::array<double, 6>> _sceneBounds;
-    QElapsedTimer _lastStep; // not running before the first
     std::function<void()> _renderRequest;
 };

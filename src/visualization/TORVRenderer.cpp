@@ -98,6 +98,7 @@ TORVRenderer::~TORVRenderer()
     _compassWidget->SetEnabled(0);
     _compassWidget->SetInteractor(nullptr);
     _interactor->SetInteractorStyle(nullptr);
+    releaseCamera();
     for (vtkObject* const object : {static_cast<vtkObject*>(_window), static_cast<vtkObject*>(_interactor.Get()),
                                     static_cast<vtkObject*>(_renderer.Get())}) {
         object->RemoveObserver(_command);
@@ -107,6 +108,15 @@ TORVRenderer::~TORVRenderer()
     _colorRenderer->RemoveAllViewProps();
     _window->RemoveRenderer(_colorRenderer);
     _window->RemoveRenderer(_renderer);
+}
+
+// Others may hold it longer.
+void TORVRenderer::releaseCamera()
+{
+    _camera->setRenderRequest({});
+    _camera->RemoveObserver(_command);
+    _camera->RemoveObserver(_cameraCallback);
+    _camera->RemoveObserver(_compassFollower);
 }
 
 void TORVRenderer::createRenderers()

@@ -133,6 +133,7 @@ private:
     void createRenderers();
     void createInteractor();
     void createCamera(TORVCameraInteractorObserver* observer);
+    void releaseCamera();
     void createCompass();
     void createPointWidget(TORVPointWidgetObserver* observer);
     void addLights();

@@ -160,7 +160,7 @@ TEST_F(TORVCameraGestureTest, DragsFromADoubleClick)
     QTest::mouseDClick(&widget, Qt::RightButton, Qt::NoModifier, QPoint(100, 100));
     moveTo(QPoint(140, 76), Qt::RightButton, Qt::NoModifier);
     QTest::mouseRelease(&widget, Qt::RightButton, Qt::NoModifier, QPoint(140, 76));
-    EXPECT_FALSE(camera->isMoving());
+    EXPECT_EQ(camera->GetState(), VTKIS_NONE);
     EXPECT_TRUE(isPanned(8485.28137, 5091.16882));
 }
 

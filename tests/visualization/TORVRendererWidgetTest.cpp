@@ -217,3 +217,14 @@ TEST_F(TORVRendererWidgetTest, GivesTheInteractorBackWhenItGoes)
     EXPECT_TRUE(interactor->GetEnableRender());
     drag(150, 150, 160, 150); // nobody is there to be hurt
 }
+
+TEST_F(TORVRendererWidgetTest, LeavesACameraThatOutlivesItAlone)
+{
+    vtkSmartPointer<TORVCameraInteractor> camera;
+    {
+        TORVRenderer renderer(scene.window(), &cameraObserver, nullptr, true);
+        camera = renderer.getCameraInteractor();
+    }
+    camera->wheel(1.0);
+    EXPECT_EQ(cameraObserver.moves, 0);
+}

@@ -1,6 +1,7 @@
 #include "iconmaker/TORVIconList.h"
 
-#include <QFile>
+#include "gui/TORVTextTable.h"
+
 #include <QRegularExpression>
 
 namespace
@@ -18,23 +19,14 @@ TORVIconList::Kind kindOf(const QString& word)
 
 TORVIconList::TORVIconList(const QString& fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        _errors << fileName + QLatin1String(": ") + file.errorString();
-        return;
-    }
-    const QStringList lines = QString::fromLatin1(file.readAll()).split(QLatin1Char('\n'));
-    for (const QString& line : lines) {
-        readLine(line.simplified());
+    for (const QString& line : TORVTextTable::readLines(fileName, _errors)) {
+        readLine(line);
     }
 }
 
 void TORVIconList::readLine(const QString& line)
 {
     static const QRegularExpression row(QStringLiteral("^(\\w+) (\\w+) (\\d{1,3}) (-|checkable|on_accent)$"));
-    if (line.isEmpty() || line.startsWith(QLatin1Char('#'))) {
-        return;
-    }
     const QRegularExpressionMatch match = row.match(line);
     if (!match.hasMatch()) {
         _errors << line;
