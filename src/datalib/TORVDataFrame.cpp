@@ -246,6 +246,13 @@ void TORVDataFrame::selectArea()
     _landmarkSet = _dataStore->getLandmarkList()->getLandmarkSet(centre, _areaLowerLeft, _areaUpperRight);
 }
 
+void TORVDataFrame::renewTerrain()
+{
+    if (_activeData3d && _geoProjection) {
+        selectArea();
+    }
+}
+
 QString TORVDataFrame::getDataId(const boost::shared_ptr<const TORVGeneralSettings>& settings) const
 {
     assert(settings);

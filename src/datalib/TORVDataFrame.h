@@ -68,6 +68,10 @@ public:
     /// Flat file, terrain and landmarks; there must be a volume. None of the three need be found.
     void updateDataRest();
 
+    /// Chooses ground and landmarks anew, whatever is there; nothing without a volume. The ground is another one as
+    /// soon as the terrain directory has forgotten its last set.
+    void renewTerrain();
+
     /// Loads the product settings anew, into another object; there must be a volume.
     void updateProductSettings();
 

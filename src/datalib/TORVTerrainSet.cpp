@@ -135,6 +135,8 @@ vtkSmartPointer<vtkAssembly> TORVTerrainSet::load(const std::atomic<bool>& abort
         return nullptr;
     }
     logDebug(QStringLiteral("numToBeConverted=%1").arg(toConvert));
+    _convertedCount = 0;
+    _conversionCount = toConvert;
     if (toConvert > 0) {
         TORVLog::Instance()->logHistory(
             translated(QT_TRANSLATE_NOOP("Datalib", "Converting terrain data, please wait...")));
@@ -174,6 +176,7 @@ std::optional<int> TORVTerrainSet::loadBlocks(vtkAssembly& assembly, int toConve
         }
         if (*isConverting) {
             tellOfConversion(*_blocks[i], ++announced, toConvert);
+            _convertedCount = announced;
         }
         const std::optional<TORVTerrainLoader::Result> result = loader.waitForEnd(i);
         if (!result) {

@@ -63,6 +63,11 @@ public:
 
     void addBlock(const BlockPtr& block, const QString& cacheFile);
 
+    /// Of the load that is going on or was the last: how many blocks have to be converted first, and how many of them
+    /// were begun. Any thread; the two need not be of the same moment.
+    int getConversionCount() const { return _conversionCount; }
+    int getConvertedCount() const { return _convertedCount; }
+
     /// Returns when the set is loaded, here or by another thread, or within a fraction of a second once `abort` is set.
     /// Which ground the set stands for doesn't change by this, so those who only look at the set may ask for it.
     void loadFiles(const std::atomic<bool>& abort) const;
@@ -83,5 +88,7 @@ private:
     mutable std::condition_variable _turn;
     mutable bool _isLoading = false;                // guarded by _mutex
     mutable vtkSmartPointer<vtkAssembly> _assembly; // guarded by _mutex
-    mutable std::atomic<bool> _isLoaded{false};     // set last
+    mutable std::atomic<int> _conversionCount{0};
+    mutable std::atomic<int> _convertedCount{0};
+    mutable std::atomic<bool> _isLoaded{false}; // set last
 };

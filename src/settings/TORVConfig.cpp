@@ -128,6 +128,7 @@ const QString TORVConfig::HELP_FILE = QStringLiteral("file");
 
 const QString TORVConfig::DIALOG_GROUP = QStringLiteral("DIALOG");
 const QString TORVConfig::DIALOG_MAINWINDOW_POS = QStringLiteral("mainwindowpos");
+const QString TORVConfig::DIALOG_MAINWINDOW_STATE = QStringLiteral("mainwindowstate");
 const QString TORVConfig::DIALOG_CURSORTOOL_POS = QStringLiteral("cursortoolpos");
 const QString TORVConfig::DIALOG_CURSORTOOL_EXPANDED = QStringLiteral("cursortoolexpanded");
 const QString TORVConfig::DIALOG_PRODUCTINFO_POS = QStringLiteral("productinfopos");

@@ -63,6 +63,7 @@ public:
     // Window geometry: "...pos" holds QWidget::saveGeometry, "...expanded" whether the expand button is checked.
     static const QString DIALOG_GROUP;
     static const QString DIALOG_MAINWINDOW_POS;
+    static const QString DIALOG_MAINWINDOW_STATE; ///< QMainWindow::saveState: where the panels are
     static const QString DIALOG_CURSORTOOL_POS;
     static const QString DIALOG_CURSORTOOL_EXPANDED;
     static const QString DIALOG_PRODUCTINFO_POS;

@@ -59,7 +59,7 @@ public:
     void logHistory(const QString& text);
     void logHistory(const QStringList& lines);
 
-    /// `timeout` in milliseconds, 0 for a message that stays.
+    /// `timeout` in seconds, below 1 for a message that stays.
     void logStatus(const QString& text, int timeout);
 
     /**

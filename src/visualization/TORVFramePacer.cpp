@@ -46,6 +46,14 @@ void TORVFramePacer::moved()
     _restTimer.start();
 }
 
+void TORVFramePacer::keepMoving(bool on)
+{
+    if (on != _isKeptMoving) {
+        _isKeptMoving = on;
+        moved();
+    }
+}
+
 void TORVFramePacer::drawNow()
 {
     _drawTimer.stop();
@@ -54,6 +62,9 @@ void TORVFramePacer::drawNow()
     _renderer->SetMaximumNumberOfPeels(PeelsForKeeps);
     draw();
     _renderer->SetMaximumNumberOfPeels(PeelsAtRest);
+    if (_isKeptMoving) {
+        moved();
+    }
 }
 
 bool TORVFramePacer::isQuick(vtkViewport* viewport)
@@ -77,6 +88,9 @@ void TORVFramePacer::setMoving(bool moving)
 
 void TORVFramePacer::comeToRest()
 {
+    if (_isKeptMoving) {
+        return;
+    }
     setMoving(false);
     request();
 }

@@ -43,6 +43,9 @@ public:
     /// What is seen is on the move.
     void moved();
 
+    /// Until it is told otherwise all pictures are quick ones: what is shown changes faster than whole ones are drawn.
+    void keepMoving(bool on);
+
     /// A whole picture for keeps, before this returns.
     void drawNow();
 
@@ -63,6 +66,7 @@ private:
     vtkRenderer* _renderer;
     QTimer _drawTimer;
     QTimer _restTimer;
+    bool _isKeptMoving = false;
     bool _isMoving = true; // so that the constructor sets what rest means
     int _drawCount = 0;
 };

@@ -255,13 +255,12 @@ void TORVRenderer::setVisualization(const ItemPtr& item)
 {
     vtkNew<vtkTimerLog> timer;
     timer->StartTimer();
-    if (_currentVisualization) {
-        _renderer->RemoveViewProp(_currentVisualization->getResults());
-    }
+    _renderer->RemoveViewProp(_shownScene);
     _currentVisualization = item;
     assert(_currentVisualization);
     assert(_currentVisualization->getResults());
-    _renderer->AddViewProp(_currentVisualization->getResults());
+    _shownScene = _currentVisualization->getResults();
+    _renderer->AddViewProp(_shownScene);
     const TORVPoint3D& radar = _currentVisualization->getRadarPosition();
     _siteMarker->SetPosition(radar.x, radar.y, radar.z);
     _renderer->AddViewProp(_siteMarker);
@@ -272,9 +271,8 @@ void TORVRenderer::setVisualization(const ItemPtr& item)
 
 void TORVRenderer::removeVisualization()
 {
-    if (_currentVisualization) {
-        _renderer->RemoveViewProp(_currentVisualization->getResults());
-    }
+    _renderer->RemoveViewProp(_shownScene);
+    _shownScene = nullptr;
     _currentVisualization.reset();
     _renderer->AddViewProp(_siteMarker);
 }
@@ -282,7 +280,7 @@ void TORVRenderer::removeVisualization()
 // The camera keeps its near plane before this box. Landmarks have no bounds of their own.
 void TORVRenderer::setSceneBounds()
 {
-    const double* const bounds = _currentVisualization->getResults()->GetBounds();
+    const double* const bounds = _shownScene->GetBounds();
     if (bounds) {
         _camera->setSceneBounds(bounds);
         _camera->applyCamera(false);

@@ -151,6 +151,7 @@ private:
 
     vtkRenderWindow* _window;
     ItemPtr _currentVisualization;
+    vtkSmartPointer<vtkPropAssembly> _shownScene; // a run of the item gives it another one, on another thread
     bool _isInteractive;
     bool _isCompassOn = false;
     bool _isColorScaleOn = false;

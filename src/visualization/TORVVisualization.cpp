@@ -257,6 +257,8 @@ void TORVVisualization::finish(const ItemPtr& item)
     _visualizationResult = item;
     assert(_visualizationResult);
     _sentItem.reset();
+    item->releaseReplaced(); // a window that still draws it holds it
+    _memoryBytes = item->countMemoryBytes();
     item->place();
     restyle();
     updateLayerTranformations(*item);
@@ -333,6 +335,7 @@ void TORVVisualization::resetVisualization()
     _pipelineItem.reset();
     _sentItem.reset();
     _visualizationResult.reset();
+    _memoryBytes = 0;
     _isItemNew = false;
     _generating = false;
     _dirty = false;

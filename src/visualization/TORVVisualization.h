@@ -62,7 +62,7 @@ public:
     /// Ends all work, waiting for the step that runs. Final.
     void abort();
 
-    /// Lets go of data, item and result.
+    /// Lets go of data, item and result, and of their memory. With a frame it may be used again.
     void resetVisualization();
 
     /// Has every layer built anew by the next update. Not while the item is busy.
@@ -75,6 +75,10 @@ public:
 
     /// The scene that was finished last; null before the first.
     const ItemPtr& getResultItem() const { return _visualizationResult; }
+
+    /// Main memory of the data of that scene; 0 before the first.
+    qint64 getMemoryBytes() const { return _memoryBytes; }
+
     bool isGenerating() const { return _generating; }
     double getVerticalScale() const { return _appliedParams._verticalScale; }
 
@@ -105,5 +109,6 @@ private:
     bool _isItemNew = false;                    // it has no parameters yet
     ItemPtr _sentItem;                          // that the pipeline has, null when idle
     ItemPtr _visualizationResult;
-    int _styleCount = 0; // of the display mode that the result was last styled for
+    qint64 _memoryBytes = 0; // of the result when it was finished
+    int _styleCount = 0;     // of the display mode that the result was last styled for
 };

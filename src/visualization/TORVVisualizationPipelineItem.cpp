@@ -1,7 +1,9 @@
 #include "visualization/TORVVisualizationPipelineItem.h"
 
 #include "utils/TORVLog.h"
+#include "visualization/TORV2DVisualElement.h"
 #include "visualization/TORV3DVisualElement.h"
+#include "visualization/TORVSceneMemory.h"
 
 #include <vtkAlgorithm.h>
 #include <vtkDataSet.h>
@@ -57,6 +59,14 @@ public:
 private:
     vtkNew<vtkTimerLog> _timer;
 };
+
+// What a product's element keeps beside its prop, or for it.
+template <class Element>
+vtkDataObject* heldData(const TORVVisualElement& element)
+{
+    const auto* const typed = dynamic_cast<const Element*>(&element);
+    return typed && typed->getData() ? typed->getData()->GetOutputDataObject(0) : nullptr;
+}
 
 } // namespace
 
@@ -152,6 +162,28 @@ vtkDataSet* TORVVisualizationPipelineItem::getVTKDataSet() const
     return vtkDataSet::SafeDownCast(element->getData()->GetOutputDataObject(0));
 }
 
+template <class Work>
+void TORVVisualizationPipelineItem::forEachElement(Work work)
+{
+    assert(!isBusy());
+    for (const TORVVisualGroup::Ptr& group : _groups) {
+        for (const TORVVisualElement::Ptr& element : group->getElements()) {
+            work(*element);
+        }
+    }
+}
+
+qint64 TORVVisualizationPipelineItem::countMemoryBytes()
+{
+    TORVSceneMemory memory;
+    forEachElement([&memory](TORVVisualElement& element) {
+        memory.add(heldData<TORV3DVisualElement>(element));
+        memory.add(heldData<TORV2DVisualElement>(element));
+        memory.add(element.getProp());
+    });
+    return memory.getBytes();
+}
+
 // Props that stay are kept as well, which does no harm: the element holds them, too.
 void TORVVisualizationPipelineItem::keepReplaced()
 {
@@ -183,17 +215,6 @@ void TORVVisualizationPipelineItem::takeOver(TORVVisualizationPipelineItem& othe
         for (const TORVVisualElement::Ptr& element : group->getElements()) {
             other._displayState->getLayer(element->getId())->setElement({});
             _displayState->getLayer(element->getId())->setElement(element);
-        }
-    }
-}
-
-template <class Work>
-void TORVVisualizationPipelineItem::forEachElement(Work work)
-{
-    assert(!isBusy());
-    for (const TORVVisualGroup::Ptr& group : _groups) {
-        for (const TORVVisualElement::Ptr& element : group->getElements()) {
-            work(*element);
         }
     }
 }

@@ -49,6 +49,10 @@ public:
     /// The product's finished image; null while the item is busy and where there is none.
     vtkDataSet* getVTKDataSet() const;
 
+    /// Main memory of the data that all elements draw or hold, whether they are seen or not. Main thread, while the
+    /// item isn't busy.
+    qint64 countMemoryBytes();
+
     /// Takes the elements from an item of another frame that isn't busy, so that only layers that differ are built.
     /// Their props stay in the other one's assembly. Main thread, before the first run.
     void takeOver(TORVVisualizationPipelineItem& other);

@@ -153,6 +153,38 @@ TEST_F(TORVDataFrameAreaTest, SharesTheTerrainWithFramesOfTheSameRadar)
     EXPECT_EQ(frame(Noon)->getTerrainSet(), frame(After)->getTerrainSet());
 }
 
+TEST_F(TORVDataFrameAreaTest, ChoosesGroundAnewThatTheDirectoryHasForgotten)
+{
+    add3d(Noon, volume("HALMERA"));
+    add3d(After, volume("HALMERA", Z, 300));
+    open();
+    const TORVDataFrame::Ptr chosen = frame(Noon);
+    const TORVDataFrame::Ptr other = frame(After);
+    const auto terrain = chosen->getTerrainSet();
+    const auto landmarks = chosen->getLandmarkSet();
+    chosen->renewTerrain();
+    EXPECT_EQ(chosen->getTerrainSet(), terrain) << "the directory still has it";
+    store->getTerrainDir()->scanFiles();
+    chosen->updateDataRest();
+    EXPECT_EQ(chosen->getTerrainSet(), terrain) << "it fits the request";
+    chosen->renewTerrain();
+    other->renewTerrain();
+    ASSERT_TRUE(chosen->getTerrainSet());
+    EXPECT_NE(chosen->getTerrainSet(), terrain);
+    EXPECT_EQ(other->getTerrainSet(), chosen->getTerrainSet());
+    EXPECT_EQ(chosen->getLandmarkSet(), landmarks);
+    expectCorner(chosen->getTerrainSet()->getLowerLeft(), 56.0, 17.0);
+}
+
+TEST_F(TORVDataFrameAreaTest, ChoosesNoGroundWithoutAVolume)
+{
+    open();
+    const TORVDataFrame::Ptr empty = emptyFrame();
+    empty->renewTerrain();
+    EXPECT_FALSE(empty->getTerrainSet());
+    EXPECT_FALSE(empty->getLandmarkSet());
+}
+
 TEST_F(TORVDataFrameAreaTest, TakesTheLandmarksOfItsArea)
 {
     home.write(QStringLiteral(".config/Halmera/TORV3DLandmarks.conf"),

@@ -111,3 +111,25 @@ TEST_F(TORVFramePacerTest, DrawsAWholePictureAtOnceEvenWhileMoving)
     EXPECT_FALSE(pacer.isMoving());
     EXPECT_TRUE(renderer->GetUseDepthPeeling());
 }
+
+TEST_F(TORVFramePacerTest, DrawsQuickPicturesAloneAsLongAsItIsToldTo)
+{
+    pacer.keepMoving(true);
+    for (int i = 0; i < 3; ++i) {
+        pacer.request();
+        turn();
+    }
+    QTest::qWait(3 * TORVFramePacer::RestDelay_ms);
+    EXPECT_EQ(pacer.getDrawCount(), 3);
+    EXPECT_TRUE(pacer.isMoving());
+    pacer.keepMoving(false);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return pacer.getDrawCount() == 4; }, Patience_ms));
+    EXPECT_FALSE(pacer.isMoving());
+}
+
+TEST_F(TORVFramePacerTest, GoesOnWithQuickPicturesAfterOneForKeeps)
+{
+    pacer.keepMoving(true);
+    pacer.drawNow();
+    EXPECT_TRUE(pacer.isMoving());
+}

@@ -243,3 +243,27 @@ TEST_F(TORVRendererDeathTest, StopsAtASceneThatWasNeverBuilt)
     const auto item = boost::make_shared<TORVVisualizationPipelineItem>(observer.state);
     EXPECT_DEATH(renderer.setVisualization(item), "getResults");
 }
+
+TEST_F(TORVRendererTest, DrawsASceneOnceThatWasRunAgain)
+{
+    TORVRenderer renderer(scene.window(), nullptr, nullptr, false);
+    const auto countScenes = [&renderer] {
+        int count = 0;
+        vtkPropCollection* const props = renderer.getRenderer()->GetViewProps();
+        vtkCollectionSimpleIterator cursor = nullptr;
+        props->InitTraversal(cursor);
+        while (vtkProp* const prop = props->GetNextProp(cursor)) {
+            count += prop->IsA("vtkPropAssembly") ? 1 : 0;
+        }
+        return count;
+    };
+    renderer.setVisualization(block());
+    const int before = countScenes();
+    visualization.setSourceData(visualization.getDataFrame());
+    visualization.updateVisualization(false);
+    ASSERT_TRUE(waitForFinished(++runs));
+    renderer.setVisualization(visualization.getResultItem());
+    EXPECT_EQ(countScenes(), before);
+    renderer.removeVisualization();
+    EXPECT_EQ(countScenes(), before - 1);
+}
