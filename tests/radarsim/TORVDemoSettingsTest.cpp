@@ -4,15 +4,21 @@
 #include "radarsim/TORVSiteInfo.h"
 #include "radarsim/TORVTerrainModel.h"
 #include "settings/TORVConfig.h"
+#include "settings/TORVDisplayState.h"
+#include "settings/TORVGeneralSettings.h"
 #include "support/SandboxedHome.h"
+#include "visualization/TORVCameraModel.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
 
+#include <boost/make_shared.hpp>
+
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <set>
 
 namespace
@@ -70,6 +76,82 @@ TEST_F(TORVDemoSettingsTest, KeepWhatTheUserHasSetElsewhere)
         .setValue(QStringLiteral("DIALOG/nightmode"), true);
     ASSERT_EQ(settings.writeViewer(directory("a"), directory("b"), directory("c")), QString());
     EXPECT_TRUE(read("TORV3D")->value(QStringLiteral("DIALOG/nightmode")).toBool());
+}
+
+TEST(TORVDemoSettings, StartTheViewerLive)
+{
+    const SandboxedHome sandbox;
+    ASSERT_EQ(TORVDemoSettings(sandbox.path()).writeStart(QStringLiteral("HARJUVAARA")), QString());
+    TORVConfig::destroy();
+    const TORVGeneralSettings general;
+    EXPECT_TRUE(general.isLiveMode());
+    EXPECT_EQ(general.getLiveSite(), QStringLiteral("HARJUVAARA"));
+    EXPECT_EQ(general.getLiveProduct3D(), QStringLiteral("CAPPI - Z"));
+    EXPECT_EQ(general.getLiveProduct2D(), QStringLiteral("MAX"));
+    EXPECT_EQ(general.getAnimationTimeSpan(), 0) << "three hours";
+    TORVConfig::destroy();
+}
+
+TEST(TORVDemoSettings, CarryPresetsOfTheScene)
+{
+    const SandboxedHome sandbox;
+    ASSERT_EQ(TORVDemoSettings(sandbox.path()).writeStart(QStringLiteral("HARJUVAARA")), QString());
+    TORVConfig::destroy();
+    TORVGeneralSettings general;
+    const auto current = boost::make_shared<TORVDisplayState>();
+    general.loadDisplayStates(current);
+    ASSERT_EQ(general.getDisplayStateNames().mid(1),
+              QStringList({QStringLiteral("Surfaces"), QStringLiteral("With terrain"), QStringLiteral("Plain")}));
+    const auto isShown = [](const TORVDisplayState& state, int key) { return state.getLayer(key)->isEnabled(); };
+    EXPECT_FALSE(isShown(*current, TORVDisplayLayer::LAYER_3DTERRAIN));
+    EXPECT_TRUE(isShown(*current, TORVDisplayLayer::LAYER_3DPRODUCT));
+    const TORVDisplayState& all = *general.getDisplayStates().at(1);
+    const TORVDisplayState& plain = *general.getDisplayStates().at(2);
+    for (const int key : {10, 11, 12, 13, 40, 41, 42, 43, 44}) {
+        EXPECT_TRUE(isShown(all, key)) << key;
+        EXPECT_EQ(all.getLayer(key)->getOpacity(), 100) << key;
+        EXPECT_EQ(isShown(plain, key), key == 10 || key == 12 || key == 40 || key == 44) << key;
+    }
+    TORVConfig::destroy();
+}
+
+TEST(TORVDemoSettings, CarryViewsThatTheCameraCanTake)
+{
+    const SandboxedHome sandbox;
+    ASSERT_EQ(TORVDemoSettings(sandbox.path()).writeStart(QStringLiteral("HARJUVAARA")), QString());
+    TORVConfig::destroy();
+    TORVGeneralSettings general;
+    general.loadViewAngles(boost::make_shared<TORVViewAngle>());
+    ASSERT_EQ(general.getViewAngles().size(), 5);
+    EXPECT_EQ(general.getViewAngles().first()->getName(), QStringLiteral("From south-east"));
+    // As the window sets the camera up for a volume of 240 km by 240 km: its limit is four times the diagonal.
+    const double reach = std::hypot(240e3, 240e3);
+    for (const TORVViewAngle::Ptr& angle : general.getViewAngles()) {
+        TORVCameraModel camera;
+        camera.resetCamera({0.0, 0.0, 2.0 * reach}, {0.0, 1e-6, -1.0}, 4.0 * reach, reach);
+        camera.setView(angle->getPosition(), angle->getDirection());
+        EXPECT_EQ(camera.getPosition().z, angle->getPosition().z) << qPrintable(angle->getName());
+        EXPECT_TRUE(camera.isTargetLegal()) << qPrintable(angle->getName());
+        // All look at the volume: what they are turned about lies in it.
+        EXPECT_LT(std::hypot(camera.getTarget().x, camera.getTarget().y), 340e3) << qPrintable(angle->getName());
+    }
+    TORVConfig::destroy();
+}
+
+TEST_F(TORVDemoSettingsTest, KeepLiveSiteAndPresetsOfAnEarlierRun)
+{
+    {
+        QSettings file(settings.path(QStringLiteral("TORV3D")), QSettings::IniFormat);
+        file.setValue(QStringLiteral("GENERAL/livemode_site"), QStringLiteral("ELSEWHERE"));
+        file.setValue(QStringLiteral("General/animspeed"), 3);
+        file.setValue(QStringLiteral("VIEWANGLE/VIEWANGLES/size"), 1);
+    }
+    ASSERT_EQ(settings.writeStart(QStringLiteral("HARJUVAARA")), QString());
+    const auto file = read("TORV3D");
+    EXPECT_FALSE(file->contains(QStringLiteral("General/livemode_site")));
+    EXPECT_EQ(file->value(QStringLiteral("General/animspeed")).toInt(), 3);
+    EXPECT_EQ(file->value(QStringLiteral("VIEWANGLE/VIEWANGLES/size")).toInt(), 1);
+    EXPECT_EQ(file->value(QStringLiteral("DISPLAYSTATE/DISPLAYSTATES/size")).toInt(), 4);
 }
 
 TEST_F(TORVDemoSettingsTest, ShowReflectivityInThreeShells)

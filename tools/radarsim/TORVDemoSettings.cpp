@@ -4,6 +4,7 @@
 #include "radarsim/TORVDemoTables.h"
 #include "radarsim/TORVSiteInfo.h"
 #include "radarsim/TORVTerrainModel.h"
+#include "settings/TORVConfig.h"
 
 #include <QDir>
 #include <QSettings>
@@ -131,6 +132,62 @@ void writeProduct(Writer& writer, const TORVDemoTables::Product& product)
     writer->endGroup();
 }
 
+/// A general setting that the file has in neither of the forms that the viewer reads.
+void writeIfAbsent(Writer& writer, const QString& key, const QVariant& value)
+{
+    const QString own = QStringLiteral("General/") + key;
+    if (!writer->contains(own) && !writer->contains(TORVConfig::GENERAL_GROUP + QLatin1Char('/') + key)) {
+        writer->setValue(own, value);
+    }
+}
+
+void writeDisplayState(Writer& writer, const QString& name, const TORVDemoTables::DisplayState& state)
+{
+    using Layer = TORVDisplayLayer;
+    constexpr int Opaque_percent = 100;
+    writer->setValue(TORVConfig::DISPLAY_STATE_NAME, name);
+    for (const Layer::Key key : {Layer::GROUP_RADARLAYERS, Layer::GROUP_GEOLAYERS, Layer::LAYER_3DOUTLINE,
+                                 Layer::LAYER_3DPRODUCT, Layer::LAYER_2DPRODUCT, Layer::LAYER_RANGERINGS,
+                                 Layer::LAYER_3DTERRAIN, Layer::LAYER_LATLONGRID, Layer::LAYER_GEOLABELS}) {
+        const bool isHidden = std::find(state.hidden.begin(), state.hidden.end(), key) != state.hidden.end();
+        const QString number = QString::number(static_cast<int>(key));
+        writer->setValue(TORVConfig::DISPLAY_STATE_LAYER_VISIBLE + number, !isHidden);
+        writer->setValue(TORVConfig::DISPLAY_STATE_LAYER_OPACITY + number, Opaque_percent);
+    }
+}
+
+void writeViewAngle(Writer& writer, const QString& name, const TORVDemoTables::ViewAngle& angle)
+{
+    writer->setValue(TORVConfig::VIEW_ANGLE_NAME, name);
+    writer->setValue(TORVConfig::VIEW_ANGLE_CAMPOS_X, angle.position[0]);
+    writer->setValue(TORVConfig::VIEW_ANGLE_CAMPOS_Y, angle.position[1]);
+    writer->setValue(TORVConfig::VIEW_ANGLE_CAMPOS_Z, angle.position[2]);
+    writer->setValue(TORVConfig::VIEW_ANGLE_CAMDIR_X, angle.direction[0]);
+    writer->setValue(TORVConfig::VIEW_ANGLE_CAMDIR_Y, angle.direction[1]);
+    writer->setValue(TORVConfig::VIEW_ANGLE_CAMDIR_Z, angle.direction[2]);
+}
+
+/// The viewer's array begins with the state at exit, which is what it starts with the next time.
+template <typename Preset>
+void writePresets(Writer& writer, const QString& group, const QString& array, const std::vector<Preset>& presets,
+                  void (*write)(Writer&, const QString&, const Preset&))
+{
+    if (writer->contains(QStringLiteral("%1/%2/size").arg(group, array))) {
+        return;
+    }
+    writer->beginGroup(group);
+    writer->beginWriteArray(array, static_cast<int>(presets.size()) + 1);
+    writer->setArrayIndex(0);
+    write(writer, QStringLiteral("Custom"), presets.front());
+    int index = 1;
+    for (const Preset& preset : presets) {
+        writer->setArrayIndex(index++);
+        write(writer, QString::fromLatin1(preset.name), preset);
+    }
+    writer->endArray();
+    writer->endGroup();
+}
+
 /// The dry ground that is nearest to where a place should be: coasts and lakes are nobody's plan.
 TORVPlace onLand(TORVPlace place, const TORVTerrainModel& terrain)
 {
@@ -186,6 +243,24 @@ QString TORVDemoSettings::writeViewer(const QString& data3d, const QString& data
     for (const TORVDemoTables::Product& product : TORVDemoTables::products()) {
         writeProduct(writer, product);
     }
+    return writer.finish();
+}
+
+QString TORVDemoSettings::writeStart(const QString& site) const
+{
+    Writer writer(path(QStringLiteral("TORV3D")));
+    writeIfAbsent(writer, QStringLiteral("livemode"), true);
+    writeIfAbsent(writer, QStringLiteral("livemode_site"), site);
+    writeIfAbsent(writer, QStringLiteral("livemode_product3d"), QStringLiteral("CAPPI - Z"));
+    writeIfAbsent(writer, QStringLiteral("livemode_product2d"), QStringLiteral("MAX"));
+    for (const char* control : {"animtimespan", "animframeinterval", "animspeed", "animloopmode"}) {
+        writeIfAbsent(writer, QLatin1String(control),
+                      0); // three hours in steps of five minutes, as fast as may be, once
+    }
+    writePresets(writer, TORVConfig::DISPLAY_STATE_GROUP, TORVConfig::DISPLAY_STATE_ARRAY,
+                 TORVDemoTables::displayStates(), writeDisplayState);
+    writePresets(writer, TORVConfig::VIEW_ANGLE_GROUP, TORVConfig::VIEW_ANGLE_ARRAY, TORVDemoTables::viewAngles(),
+                 writeViewAngle);
     return writer.finish();
 }
 

@@ -24,6 +24,10 @@ public:
     /// Directories and ways of showing each product; what else stands in the file stays.
     QString writeViewer(const QString& data3d, const QString& data2d, const QString& geo) const;
 
+    /// The viewer starts live at that site, with presets of the scene and of the view. What the user has chosen since
+    /// an earlier run stays.
+    QString writeStart(const QString& site) const;
+
     QString writeColors() const;
     QString writeStyles() const;
     QString writeLandmarks(const std::vector<TORVSiteInfo>& sites, int count, const TORVTerrainModel& terrain) const;

@@ -13,6 +13,32 @@ const std::vector<TORVDemoTables::Product>& TORVDemoTables::products()
     return products;
 }
 
+const std::vector<TORVDemoTables::DisplayState>& TORVDemoTables::displayStates()
+{
+    using Layer = TORVDisplayLayer;
+    static const std::vector<DisplayState> states = {
+        {"Surfaces", {Layer::LAYER_3DTERRAIN}},
+        {"With terrain", {}},
+        {"Plain",
+         {Layer::LAYER_3DOUTLINE, Layer::LAYER_2DPRODUCT, Layer::LAYER_3DTERRAIN, Layer::LAYER_LATLONGRID,
+          Layer::LAYER_GEOLABELS}},
+    };
+    return states;
+}
+
+// From the sides the box fills the width of the picture; the eye is 19 degrees above the ground.
+const std::vector<TORVDemoTables::ViewAngle>& TORVDemoTables::viewAngles()
+{
+    static const std::vector<ViewAngle> angles = {
+        {"From south-east", {270000, -270000, 142000}, {-270000, 270000, -132000}},
+        {"From south-west", {-270000, -270000, 142000}, {270000, 270000, -132000}},
+        {"From north-west", {-270000, 270000, 142000}, {270000, -270000, -132000}},
+        {"From above", {0, 0, 560000}, {0, 1e-6, -1}},
+        {"Low from the south", {0, -330000, 40000}, {0, 330000, -20000}},
+    };
+    return angles;
+}
+
 const std::vector<TORVDemoTables::StyleColor>& TORVDemoTables::styleColors()
 {
     static const std::vector<StyleColor> styles = {

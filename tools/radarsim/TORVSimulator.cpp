@@ -87,8 +87,9 @@ QString TORVSimulator::writeSettings() const
 {
     const TORVDemoSettings settings(home());
     for (const QString& error :
-         {settings.writeViewer(data3d(), data2d(), geo()), settings.writeColors(), settings.writeStyles(),
-          settings.writeLandmarks(TORVSiteInfo::all(), _options.sites, _terrain)}) {
+         {settings.writeViewer(data3d(), data2d(), geo()),
+          settings.writeStart(QLatin1String(TORVSiteInfo::all().front().name)), settings.writeColors(),
+          settings.writeStyles(), settings.writeLandmarks(TORVSiteInfo::all(), _options.sites, _terrain)}) {
         if (!error.isEmpty()) {
             return error;
         }
