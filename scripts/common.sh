@@ -56,13 +56,21 @@ wait_for_text() {
     done
 }
 
+# newest_site DIR: the site whose volume of reflectivity was written last, as its header names it.
+newest_site() {
+    local newest
+    newest=$(find "$1" -maxdepth 1 -name '*.CAPZ' -printf '%T@ %p\n' | sort -n | tail -1 | cut -d' ' -f2-)
+    [ -z "$newest" ] || dd if="$newest" bs=1 skip=422 count=16 status=none | tr -d '\0' | sed 's/ *$//' | tr '[:lower:]' '[:upper:]'
+}
+
 # make_demo [DATA_DIR]: prints the home directory of the demo installation, made at first use; with a directory, of one
 # that shows the products of that directory.
 make_demo() {
     if [ -n "${1:-}" ]; then
         local home=build/demo/given/home
         mkdir -p "$home/.config/Halmera"
-        printf '[%%General]\ndata3d=%s\n' "$1" >"$home/.config/Halmera/TORV3D.conf"
+        printf '[%%General]\ndata3d=%s\nlivemode=true\nlivemode_site=%s\nlivemode_product3d=CAPPI - Z\n' "$1" \
+            "$(newest_site "$1")" >"$home/.config/Halmera/TORV3D.conf"
         echo "$root/$home"
         return
     fi
@@ -99,7 +107,7 @@ take_screenshot() {
     : >"$log" # what an earlier viewer said must not be waited for
     HOME=$home XDG_CONFIG_HOME='' build/release/src/torv3dview --loglevel=3 "$@" >"$log" 2>&1 &
     local viewer=$!
-    if ! wait_for_text "$log" "..rendering took" 120 "$viewer"; then
+    if ! wait_for_text "$log" "..total visualization time" 120 "$viewer"; then
         kill "$viewer" 2>/dev/null
         cat "$log" >&2
         die "the viewer shows no picture"

@@ -3,111 +3,176 @@
 #include "datalib/TORVDataStore.h"
 #include "gui/DisplayMode.h"
 #include "gui/HalmeraStyle.h"
+#include "gui/TORVAnimation.h"
+#include "gui/TORVCursorToolDialog.h"
+#include "gui/TORVDiskSpaceIndicator.h"
+#include "gui/TORVDockTitle.h"
+#include "gui/TORVDoubleModeDialog.h"
+#include "gui/TORVGeneralSettingsDialog.h"
+#include "gui/TORVProductInformationDialog.h"
+#include "gui/TORVServiceCheck.h"
+#include "gui/TORVWheelGuard.h"
 #include "settings/TORVConfig.h"
 #include "settings/TORVDisplayState.h"
 #include "settings/TORVGeneralSettings.h"
-#include "settings/TORVProductSettings.h"
+#include "utils/TORVApplication.h"
 #include "utils/TORVLog.h"
 #include "utils/TORVSettingsReader.h"
-#include "visualization/TORVCameraInteractor.h"
-#include "visualization/TORVColormap.h"
-#include "visualization/TORVPointWidget.h"
 #include "visualization/TORVRenderer.h"
-#include "visualization/TORVSceneGrid.h"
 #include "visualization/TORVWheelFilter.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QLabel>
+#include <QProgressBar>
 #include <QSettings>
-#include <QVector>
+#include <QShortcut>
+#include <QSplashScreen>
+#include <QStyledItemDelegate>
+#include <QTimer>
 
 #include <vtkGenericOpenGLRenderWindow.h>
 #include <vtkObject.h>
 
 #include <boost/make_shared.hpp>
 
-#include <cmath>
-
 namespace
 {
 
-constexpr int MostHistoryLines = 512; // a window may stand open for months
-
-constexpr double TerrainFactor = 1.5; // the ground reaches beyond the data by this factor
+constexpr int StartupDelay_ms = 4000;
+constexpr int BusyPeriod_ms = 2000;
+constexpr int WideWindow = 1500; // pixels: there is room for broader panels
+constexpr int PanelWidth = 264;
+constexpr int PanelWidthWide = 288;
+constexpr int BarWidth = 96;
 const char* const TerrainCache = "~/.torv3d/cache/terrain";
 
-QString nightModeKey()
+void logDebug(const char* text)
 {
-    return TORVConfig::DIALOG_GROUP + QLatin1Char('/') + TORVConfig::DIALOG_NIGHTMODE;
+    TORVLog::Instance()->logDebug(QLatin1String(text));
 }
 
-// As the last session left it.
-bool loadNightMode()
+QString dialogKey(const QString& key)
+{
+    return TORVConfig::DIALOG_GROUP + QLatin1Char('/') + key;
+}
+
+QVariant loadDialogValue(const QString& key)
 {
     TORVConfig* const config = TORVConfig::instance();
-    const bool isNight = TORVSettingsReader::flag(config->get()->value(nightModeKey()), false);
+    const QVariant value = config->get()->value(dialogKey(key));
     config->release();
-    return isNight;
+    return value;
 }
 
-void saveNightMode(bool isNight)
+void saveDialogValue(const QString& key, const QVariant& value)
 {
     TORVConfig* const config = TORVConfig::instance();
-    config->get()->setValue(nightModeKey(), isNight);
+    config->get()->setValue(dialogKey(key), value);
     config->release();
 }
 
-// What the colours of the surfaces mean: a swatch and a value each.
-QString surfaceKey(const TORVDataFrame& frame)
+// A view that was never set, or that could not be read, has no direction.
+bool isView(const TORVViewAngle& view)
 {
-    const TORVProductSettings& settings = *frame.getProductSettings();
-    if (settings.getRenderingType() != TORVProductSettings::SURFACE) {
-        return {};
-    }
-    const TORVFile::CPtr file = frame.getData3d()->getFile();
-    const TORVDataType type = file->getDataType();
-    const TORVColormap colours(settings.getColorScaleName(), type, TORVColormap::DISPLAY_VALUES, file->getRawType());
-    QStringList entries;
-    for (const double value : settings.getSurfaces().keys()) {
-        const auto [red, green, blue] = colours.getColor(value);
-        entries << QStringLiteral("<span style=\"color:%1\">\u25A0</span> %2 %3")
-                       .arg(QColor(red, green, blue).name())
-                       .arg(value)
-                       .arg(type.getQuantityUnit());
-    }
-    return entries.join(QLatin1String("&nbsp;&nbsp;&nbsp;"));
+    const TORVPoint3D direction = view.getDirection();
+    return direction.x != 0.0 || direction.y != 0.0 || direction.z != 0.0;
 }
 
 } // namespace
 
 TORVGUI::TORVGUI()
 {
-    TORVLog* const log = TORVLog::Instance();
-    log->logDebug(QStringLiteral("*** Initializing main window.."));
+    logDebug("*** Initializing main window..");
     setupUi(this);
     fillBars();
     initDisplayMode();
+    showSplash();
+    loadState();
+    restoreWindow();
     connectLog();
-    log->logDebug(QStringLiteral("*** Initializing VTK.."));
     initializeVTK();
-    log->logDebug(QStringLiteral("*** Initializing renderer.."));
-    _renderer = std::make_unique<TORVRenderer>(_renderWindow, this, this, true);
-    _renderer->toggleCompass(true);
-    sceneWidget->installEventFilter(new TORVWheelFilter(_renderer->getCameraInteractor(), sceneWidget));
-    connect(fileExit, &QAction::triggered, this, &QWidget::close);
-    _label_dataId->setText(QCoreApplication::translate("App", "(No data available)"));
-    _genSettings = boost::make_shared<TORVGeneralSettings>();
-    _displayState = boost::make_shared<TORVDisplayState>();
-    _visualization = boost::make_shared<TORVVisualization>(this);
     openDirectories();
+    createTools();
+    _animation = std::make_unique<TORVAnimation>(this);
+    createTimers();
+    connectAnimationControls();
+    connectControls();
+    logDebug("*** Updating preset managers..");
+    updateDisplayStates();
+    updateViewAngles();
+    logDebug("*** Updating GUI groups..");
+    updateGUIGroups();
+    updateAnimControls();
+    updateAnimIcons();
+    _startupTimer->start(StartupDelay_ms);
+    updateBusyState();
 }
 
 TORVGUI::~TORVGUI()
 {
-    _visualization->abort();
-    _frame.reset();
+    abortAll();
+    for (QTimer** const timer : {&_busyTimer, &_animTimer, &_backgroundTimer, &_startupTimer}) {
+        delete *timer;
+        *timer = nullptr;
+    }
+    _isPlaying = false;
+    const TORVViewAngle view = _viewToRestore && !_dataFrame ? *_viewToRestore : *_viewAngle;
+    updateData({});
+    saveState(view);
+    for (const Tool& tool : _tools) {
+        if (tool.tool->dialogVisible()) {
+            hideTool(tool);
+        }
+    }
+    _genSettings->save();
+    // They ask for what the members hold.
+    for (const Tool& tool : _tools) {
+        delete tool.dialog;
+    }
+    _tools.clear();
+    _animation.reset();
+    _dropped.clear();
+    _pending.clear();
     _dataStore.reset();
+    updateCursor(false);
     disconnect(TORVLog::Instance(), nullptr, this, nullptr);
+}
+
+void TORVGUI::saveState(const TORVViewAngle& view)
+{
+    _genSettings->saveCurrentDisplayState(_displayState);
+    _genSettings->saveCurrentViewAngle(boost::make_shared<TORVViewAngle>(view));
+    logDebug("Store main window location..");
+    saveDialogValue(TORVConfig::DIALOG_MAINWINDOW_POS, saveGeometry());
+    saveDialogValue(TORVConfig::DIALOG_MAINWINDOW_STATE, QMainWindow::saveState());
+}
+
+void TORVGUI::closeEvent(QCloseEvent* event)
+{
+    TORVLog::Instance()->logHistory(translate("App", "Shutting down..."));
+    abortAll();
+    event->accept();
+}
+
+// Each returns when its thread has ended: there is nothing left to wait for afterwards.
+void TORVGUI::abortAll()
+{
+    for (const Run& run : _pending) {
+        run.visualization->abort();
+    }
+    for (const TORVVisualization::Ptr& visualization : _dropped) {
+        visualization->abort();
+    }
+    for (const TORVAnimation::FramePtr& frame : _animation->getFrames()) {
+        frame->getVisualization()->abort();
+    }
+    _extraWindow->abort();
+}
+
+QString TORVGUI::translate(const char* context, const char* text)
+{
+    return QCoreApplication::translate(context, text);
 }
 
 // The style comes before the sheet, and belongs to the application.
@@ -117,24 +182,119 @@ void TORVGUI::initDisplayMode()
     _displayMode = new DisplayMode(this);
     QVector<QObject*> windows{this};
     _displayMode->addIcons(windows);
-    const bool isNight = loadNightMode();
-    _displayMode->toggleDisplayMode(!isNight);
+    const bool isNight = TORVSettingsReader::flag(loadDialogValue(TORVConfig::DIALOG_NIGHTMODE), false);
     nightMode->setChecked(isNight);
+    _displayMode->toggleDisplayMode(!isNight);
+}
+
+// It is painted before the directories are looked at; nothing else can happen in this one round of events.
+void TORVGUI::showSplash()
+{
+    _splash = std::make_unique<QSplashScreen>(QPixmap(QStringLiteral(":/icons/splash_screen.png")));
+    _splash->show();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void TORVGUI::fillBars()
 {
-    mainToolBar->addAction(cursorTool);
+    fillToolBar();
+    fillStatusBar();
+    prepareDocks();
+    makeLayerRows();
+    for (QComboBox* const box : findChildren<QComboBox*>()) {
+        box->setItemDelegate(new QStyledItemDelegate(box)); // that the sheet can paint
+    }
+    TORVWheelGuard::guard(this);
+}
+
+void TORVGUI::fillToolBar()
+{
     _label_dataId = new QLabel(mainToolBar);
     _label_dataId->setObjectName(QStringLiteral("label_dataId"));
     _label_dataId->setContentsMargins(12, 0, 12, 0);
     _label_dataId->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    _label_dataId->setMinimumWidth(1); // it cuts its text itself
+    _label_dataId->setText(translate("App", "(No data available)"));
+    mainToolBar->addActions({fileOpen, fileCloseData});
+    mainToolBar->addSeparator();
+    mainToolBar->addActions({productInfo, cursorTool, extraWindow, snapshot});
+    mainToolBar->addSeparator();
     mainToolBar->addWidget(_label_dataId);
-    mainToolBar->addAction(nightMode);
-    mainToolBar->addAction(fileExit);
-    _surfaceKey = new QLabel(statusbar);
-    _surfaceKey->setContentsMargins(0, 0, 12, 0);
-    statusbar->addPermanentWidget(_surfaceKey);
+    mainToolBar->addSeparator();
+    mainToolBar->addActions({animation, floatsHide, fullScreen, nightMode});
+    mainToolBar->addSeparator();
+    mainToolBar->addActions({settings, help, fileExit});
+    for (QAction* const action : mainToolBar->actions()) {
+        if (QWidget* const button = mainToolBar->widgetForAction(action); button && button != _label_dataId) {
+            button->setAccessibleName(action->toolTip());
+        }
+    }
+    animation->setChecked(true);
+    snapshot->setEnabled(false); // there is nothing yet that it could open
+}
+
+void TORVGUI::fillStatusBar()
+{
+    _label_progress = new QLabel(statusbar);
+    _progressBar = new QProgressBar(statusbar);
+    _progressBar->setObjectName(QStringLiteral("progressBar"));
+    _progressBar->setTextVisible(false);
+    _progressBar->setAccessibleName(translate("App", "Progress"));
+    auto* const caption = new QLabel(translate("App", "3D data disk"), statusbar);
+    _diskSpaceBar = new TORVDiskSpaceIndicator(statusbar);
+    _diskSpaceBar->setObjectName(QStringLiteral("diskSpaceBar"));
+    _diskSpaceBar->setAccessibleName(caption->text());
+    _diskSpaceBar->setFixedWidth(BarWidth);
+    _progressBar->setFixedWidth(BarWidth);
+    _label_diskSpace = new QLabel(statusbar);
+    _label_diskSpace->setMinimumWidth(_label_diskSpace->fontMetrics().horizontalAdvance(QStringLiteral("100%")));
+    _label_diskSpace->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    for (QWidget* const widget :
+         {static_cast<QWidget*>(_label_progress), static_cast<QWidget*>(_progressBar), static_cast<QWidget*>(caption),
+          static_cast<QWidget*>(_diskSpaceBar), static_cast<QWidget*>(_label_diskSpace)}) {
+        statusbar->addPermanentWidget(widget);
+    }
+    _label_progress->hide();
+    _progressBar->hide();
+    connect(_diskSpaceBar, &TORVDiskSpaceIndicator::percentChanged, this, &TORVGUI::showDiskSpace);
+}
+
+void TORVGUI::prepareDocks()
+{
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    for (QDockWidget* const dock : {dockWidget_control, dockWidget_history, dockWidget_animation}) {
+        dock->setTitleBarWidget(new TORVDockTitle(dock));
+    }
+    animationContents->setParts(animationButtons, animationTimeline, animationSettings);
+}
+
+// As the last session left them.
+void TORVGUI::loadState()
+{
+    logDebug("*** Loading general settings..");
+    _genSettings = boost::make_shared<TORVGeneralSettings>();
+    logDebug("*** Loading display state and view angle presets..");
+    _displayState = boost::make_shared<TORVDisplayState>();
+    _viewAngle = boost::make_shared<TORVViewAngle>();
+    _genSettings->loadDisplayStates(_displayState);
+    _genSettings->loadViewAngles(_viewAngle);
+    if (isView(*_viewAngle)) {
+        _viewToRestore = *_viewAngle;
+    }
+}
+
+// A restored window may be one of another screen, or a full screen.
+void TORVGUI::restoreWindow()
+{
+    logDebug("*** Restoring main window location..");
+    const QByteArray geometry = loadDialogValue(TORVConfig::DIALOG_MAINWINDOW_POS).toByteArray();
+    const QByteArray docks = loadDialogValue(TORVConfig::DIALOG_MAINWINDOW_STATE).toByteArray();
+    if (!geometry.isEmpty()) {
+        restoreGeometry(geometry);
+    }
+    _arePanelsFitted = !docks.isEmpty() && restoreState(docks);
+    fullScreen->setChecked(isFullScreen());
+    animation->setChecked(!dockWidget_animation->isHidden());
 }
 
 void TORVGUI::connectLog()
@@ -146,169 +306,113 @@ void TORVGUI::connectLog()
 
 void TORVGUI::initializeVTK()
 {
+    logDebug("*** Initializing VTK..");
     vtkObject::GlobalWarningDisplayOn();
     sceneWidget->setRenderWindow(_renderWindow);
+    logDebug("*** Initializing renderer..");
+    _renderer = std::make_unique<TORVRenderer>(_renderWindow, this, this, true);
+    _renderer->toggleCompass(true);
+    sceneWidget->installEventFilter(new TORVWheelFilter(_renderer->getCameraInteractor(), sceneWidget));
 }
 
+// Each product directory is read by a thread of its own and may be there only after the start.
 void TORVGUI::openDirectories()
 {
-    if (_genSettings->get3DDir().isEmpty()) {
-        historyAdd(QCoreApplication::translate("App", "Please, set up your data paths."));
-        return;
+    if (!_dataStore) {
+        logDebug("*** Initializing data store..");
+        _dataStore = boost::make_shared<TORVDataStore>(this);
+        connect(_dataStore.get(), &TORVDataStore::initialized3d, this, &TORVGUI::dataInitialized);
+        connect(_dataStore.get(), &TORVDataStore::initialized2d, this, &TORVGUI::dataInitialized);
     }
-    _dataStore = boost::make_shared<TORVDataStore>(this);
-    connect(_dataStore.get(), &TORVDataStore::initialized3d, this, &TORVGUI::showFirst);
     _dataStore->setDirectories(_genSettings->get3DDir(), _genSettings->get2DDir(), _genSettings->getGeoDir(),
                                QLatin1String(TerrainCache));
 }
 
-void TORVGUI::showFirst()
+void TORVGUI::createTools()
 {
-    if (!followNewest()) {
-        historyAdd(QCoreApplication::translate("App", "Requested data not available:"));
-        historyAdd(QLatin1String("- ") + _genSettings->get3DDir());
+    logDebug("*** Creating tool dialogs..");
+    _productInfo = new TORVProductInformationDialog(this, this);
+    _cursorTool = new TORVCursorToolDialog(this, this);
+    _settingsDialog = new TORVGeneralSettingsDialog(this, this);
+    _extraWindow = new TORVDoubleModeDialog(this, this);
+    _tools = {{settings, _settingsDialog, _settingsDialog, &TORVGUI::showSettings, &TORVGUI::hideSettings},
+              {productInfo, _productInfo, _productInfo, &TORVGUI::showProductInfo, &TORVGUI::hideProductInfo},
+              {cursorTool, _cursorTool, _cursorTool, &TORVGUI::showCursorTool, &TORVGUI::hideCursorTool},
+              {extraWindow, _extraWindow, _extraWindow, &TORVGUI::showExtraWindow, &TORVGUI::hideExtraWindow}};
+    connect(_productInfo, &TORVProductInformationDialog::applyChanges, this, &TORVGUI::applyProductInfo);
+    connect(_settingsDialog, &TORVGeneralSettingsDialog::applyChanges, this, &TORVGUI::applySettings);
+    connect(_settingsDialog, &TORVGeneralSettingsDialog::clearGeoCache, this, &TORVGUI::clearGeoCache);
+    QVector<QObject*> dialogs;
+    for (const Tool& tool : _tools) {
+        connect(tool.dialog, &QDialog::finished, this, tool.hide);
+        dialogs << tool.dialog;
     }
+    _displayMode->addIcons(dialogs);
 }
 
-void TORVGUI::dataStoreNewDataAvailable3d(TORVDataStore* store, const QStringList& added, const QStringList& removed)
+void TORVGUI::createTimers()
 {
-    Q_UNUSED(store)
-    Q_UNUSED(added)
-    Q_UNUSED(removed)
-    followNewest();
+    _startupTimer = new QTimer(this);
+    _startupTimer->setObjectName(QStringLiteral("startupTimer"));
+    _startupTimer->setSingleShot(true);
+    connect(_startupTimer, &QTimer::timeout, this, &TORVGUI::initialize);
+    _animTimer = new QTimer(this);
+    _animTimer->setSingleShot(true);
+    connect(_animTimer, &QTimer::timeout, this, &TORVGUI::animTimerEvent);
+    _busyTimer = new QTimer(this);
+    connect(_busyTimer, &QTimer::timeout, this, &TORVGUI::updateBusyState);
+    _busyTimer->start(BusyPeriod_ms);
+    _serviceCheck = new TORVServiceCheck(TORVApplication::BG_SERVICE_NAME, this);
+    connect(_serviceCheck, &TORVServiceCheck::checked, this, &TORVGUI::takeBackgroundStatus);
 }
 
-void TORVGUI::dataStoreNewDataAvailable2d(TORVDataStore* store, const QStringList& added, const QStringList& removed)
+void TORVGUI::connectControls()
 {
-    Q_UNUSED(store)
-    Q_UNUSED(added)
-    Q_UNUSED(removed)
+    const auto chosen = static_cast<void (QComboBox::*)(int)>(&QComboBox::activated);
+    connect(comboBox_liveMode, chosen, this, &TORVGUI::comboBoxLiveMode);
+    connect(comboBox_radarSite, chosen, this, &TORVGUI::comboBoxRadarSite);
+    connect(comboBox_displayState, chosen, this, &TORVGUI::comboBoxDisplayState);
+    connect(comboBox_viewAngle, chosen, this, &TORVGUI::comboBoxViewAngle);
+    connect(fileOpen, &QAction::triggered, this, &TORVGUI::fileOpen3DData);
+    connect(fileCloseData, &QAction::triggered, this, &TORVGUI::fileClose);
+    connect(fileExit, &QAction::triggered, this, &QWidget::close);
+    connect(animation, &QAction::toggled, this, &TORVGUI::toggleAnimControls);
+    auto* const otherMode = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_L), this);
+    connect(otherMode, &QShortcut::activated, this, [this] {
+        if (comboBox_liveMode->isEnabled()) {
+            toggleLiveMode(!_genSettings->isLiveMode());
+        }
+    });
+    _leaveFullScreen = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    _leaveFullScreen->setEnabled(isFullScreen());
+    connect(_leaveFullScreen, &QShortcut::activated, this, &TORVGUI::on_fullScreen_triggered);
+    markLiveMode();
 }
 
-// Whether there is anything to show.
-bool TORVGUI::followNewest()
+void TORVGUI::resizeEvent(QResizeEvent* event)
 {
-    const QString site = _frame ? _frame->getSite() : QStringLiteral("*");
-    const TORVFileLeaf::Ptr newest = _dataStore->getLatestData(site, QStringLiteral("CAPPI"), QStringLiteral("Z"));
-    if (newest && (!_frame || _frame->getData3d()->getFile() != newest->getFile())) {
-        visualize(*newest);
-    }
-    return _frame != nullptr;
+    QMainWindow::resizeEvent(event);
+    fitPanels();
+    fitDataIdLabel();
 }
 
-void TORVGUI::visualize(const TORVFileLeaf& leaf)
+// The history takes the height that the controls leave, unless the user has arranged the panels.
+void TORVGUI::showEvent(QShowEvent* event)
 {
-    const auto frame = boost::make_shared<TORVDataFrame>(_dataStore, leaf.getSite(), leaf.getTime(), leaf.getProduct(),
-                                                         leaf.getConfiguration(), QString(),
-                                                         _genSettings->getTimeWindow(), TerrainFactor);
-    if (!frame->getData3d()) {
-        return; // it has just been removed
-    }
-    _frame = frame;
-    _visualization->setSourceData(_frame);
-    _visualization->updateVisualization(false);
-}
-
-void TORVGUI::visualizationFinished(TORVVisualization* visualization)
-{
-    const TORVDataFrame& frame = *visualization->getDataFrame();
-    _label_dataId->setText(frame.getDataId(_genSettings));
-    _surfaceKey->setText(surfaceKey(frame));
-    historyAdd(QLatin1String("- ") + frame.getData3d()->getFile()->getName());
-    _renderer->setVisualization(visualization->getResultItem());
-    placeCursor(frame);
-    if (frame.getSite() != _shownSite) {
-        _shownSite = frame.getSite();
-        resetView(*frame.getData3d()->getFile());
-    }
-    _renderer->render();
-}
-
-// From straight above, high enough to see the whole volume.
-void TORVGUI::resetView(const TORVFile& file)
-{
-    const double reach = 2.0 * std::hypot(file.getLengthM() / 2.0, file.getWidthM() / 2.0);
-    TORVCameraInteractor* const camera = _renderer->getCameraInteractor();
-    camera->resetCamera({0.0, 0.0, 2.0 * reach}, {0.0, 1e-6, -1.0}, 4.0 * reach, reach);
-    camera->applyCamera(false);
-}
-
-void TORVGUI::cameraReset(TORVCameraInteractor* camera)
-{
-    Q_UNUSED(camera)
-}
-
-void TORVGUI::cameraMoved(TORVCameraInteractor* camera)
-{
-    Q_UNUSED(camera)
-}
-
-void TORVGUI::pointWidgetUpdated(TORVPointWidget* widget, const TORVPoint3D& point)
-{
-    Q_UNUSED(widget)
-    Q_UNUSED(point)
-}
-
-boost::shared_ptr<const TORVGeneralSettings> TORVGUI::getVisualizationGeneralSettings()
-{
-    return _genSettings;
-}
-
-boost::shared_ptr<const TORVDisplayState> TORVGUI::getVisualizationDisplayState()
-{
-    return _displayState;
-}
-
-// The mode is checked while the window is being made, too: then there is nothing yet that shows it.
-void TORVGUI::on_nightMode_toggled(bool on)
-{
-    if (!_visualization) {
+    QMainWindow::showEvent(event);
+    if (_arePanelsFitted) {
         return;
     }
-    saveNightMode(on);
-    _displayMode->toggleDisplayMode(!on);
-    _visualization->restyle();
-    _renderer->updateLights();
-    _renderer->render();
+    _arePanelsFitted = true;
+    const int controls = dockWidget_control->sizeHint().height();
+    resizeDocks({dockWidget_control, dockWidget_history}, {controls, height()}, Qt::Vertical);
 }
 
-void TORVGUI::on_cursorTool_toggled(bool on)
+void TORVGUI::fitPanels()
 {
-    _renderer->togglePointWidget(on, true);
-}
-
-// The cross hair spans the box of the volume; it starts where the radar is.
-void TORVGUI::placeCursor(const TORVDataFrame& frame)
-{
-    const TORVSceneGrid grid(*frame.getData3d()->getFile());
-    const double scale = _genSettings->getVerticalScale();
-    const double low = grid.elevation * scale;
-    const double box[] = {-grid.radarX, grid.size.x - grid.radarX, -grid.radarY, grid.size.y - grid.radarY,
-                          low,          low + grid.size.z * scale};
-    TORVPointWidget* const cursor = _renderer->getPointWidget();
-    cursor->setVerticalScale(scale);
-    cursor->setBounds(box);
-    cursor->setHome({0.0, 0.0, grid.elevation}, frame.getSite());
-}
-
-void TORVGUI::historyAdd(QString const& text)
-{
-    if (listWidget_history->count() >= MostHistoryLines) {
-        delete listWidget_history->takeItem(0);
+    const int broad = width() >= WideWindow ? PanelWidthWide : PanelWidth;
+    if (controlContents->minimumWidth() != broad) {
+        controlContents->setMinimumWidth(broad);
+        historyContents->setMinimumWidth(broad);
     }
-    listWidget_history->addItem(text);
-    listWidget_history->item(listWidget_history->count() - 1)->setToolTip(text);
-    listWidget_history->scrollToBottom();
-}
-
-void TORVGUI::historyAdd(QStringList const& lines)
-{
-    for (const QString& line : lines) {
-        historyAdd(line);
-    }
-}
-
-void TORVGUI::statusAdd(QString const& text, int timeout)
-{
-    statusBar()->showMessage(text, timeout);
 }
