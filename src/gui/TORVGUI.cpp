@@ -30,6 +30,7 @@
 #include <QSplashScreen>
 #include <QStyledItemDelegate>
 #include <QTimer>
+#include <QWindow>
 
 #include <vtkGenericOpenGLRenderWindow.h>
 #include <vtkObject.h>
@@ -120,11 +121,7 @@ TORVGUI::~TORVGUI()
     const TORVViewAngle view = _viewToRestore && !_dataFrame ? *_viewToRestore : *_viewAngle;
     updateData({});
     saveState(view);
-    for (const Tool& tool : _tools) {
-        if (tool.tool->dialogVisible()) {
-            hideTool(tool);
-        }
-    }
+    hideTools();
     _genSettings->save();
     // They ask for what the members hold.
     for (const Tool& tool : _tools) {
@@ -152,7 +149,16 @@ void TORVGUI::closeEvent(QCloseEvent* event)
 {
     TORVLog::Instance()->logHistory(translate("App", "Shutting down..."));
     abortAll();
+    hideTools();
     event->accept();
+}
+
+// They would outlive the window on the screen.
+void TORVGUI::hideTools()
+{
+    for (const Tool& tool : _tools) {
+        hideTool(tool);
+    }
 }
 
 // Each returns when its thread has ended: there is nothing left to wait for afterwards.
@@ -193,6 +199,17 @@ void TORVGUI::showSplash()
     _splash = std::make_unique<QSplashScreen>(QPixmap(QStringLiteral(":/icons/splash_screen.png")));
     _splash->show();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+// The window that has just come would hide it.
+void TORVGUI::raiseSplash()
+{
+    if (!_splash || !_splash->windowHandle()) {
+        return;
+    }
+    _splash->windowHandle()->setTransientParent(windowHandle());
+    _splash->move(frameGeometry().center() - _splash->rect().center());
+    _splash->raise();
 }
 
 void TORVGUI::fillBars()
@@ -400,6 +417,7 @@ void TORVGUI::resizeEvent(QResizeEvent* event)
 void TORVGUI::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
+    QTimer::singleShot(0, this, &TORVGUI::raiseSplash);
     if (_arePanelsFitted) {
         return;
     }

@@ -203,6 +203,7 @@ private:
 
     void initDisplayMode();
     void showSplash();
+    void raiseSplash();
     void fillBars();
     void fillToolBar();
     void fillStatusBar();
@@ -220,6 +221,7 @@ private:
     void fitPanels();
     void saveState(const TORVViewAngle& view);
     void abortAll();
+    void hideTools();
 
     TORVDataFrame::CPtr askedFrame() const;
     void toggleLiveMode(bool live);

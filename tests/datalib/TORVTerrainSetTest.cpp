@@ -145,6 +145,19 @@ TEST_F(TORVTerrainSetTest, TellsOfConversionsInTheOrderOfItsBlocks)
     EXPECT_TRUE(lines[8].startsWith(QLatin1String("D: 3 files loaded in "))) << qUtf8Printable(lines[8]);
 }
 
+TEST_F(TORVTerrainSetTest, CountsTheConversionsOfALoad)
+{
+    addTiles(2);
+    const boost::shared_ptr<TORVTerrainSet> terrain = set(2);
+    EXPECT_EQ(terrain->getConversionCount(), 0);
+    terrain->loadFiles(abort);
+    EXPECT_EQ(terrain->getConversionCount(), 2);
+    EXPECT_EQ(terrain->getConvertedCount(), 2);
+    const boost::shared_ptr<TORVTerrainSet> cached = set(2);
+    cached->loadFiles(abort);
+    EXPECT_EQ(cached->getConversionCount(), 0);
+}
+
 TEST_F(TORVTerrainSetTest, SaysNothingToTheUserWhenEveryPairIsThere)
 {
     addTiles(1);

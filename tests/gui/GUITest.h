@@ -38,7 +38,19 @@ protected:
         MessageGuard::allow(QStringLiteral("(SetInputFocus)")); // no window manager says when a dialog can take it
         EXPECT_TRUE(QDir(home.path()).mkpath(QStringLiteral("3d")));
         EXPECT_TRUE(QDir(home.path()).mkpath(QStringLiteral("2d")));
+        shareTerrainCache();
     }
+
+    /// The flat ground of all tests is the same: it is converted once for all of them.
+    void shareTerrainCache() const
+    {
+        const QString shared = QCoreApplication::applicationDirPath() + QStringLiteral("/terrain-cache");
+        EXPECT_TRUE(QDir().mkpath(shared));
+        EXPECT_TRUE(QDir(home.path()).mkpath(QStringLiteral(".torv3d/cache")));
+        EXPECT_TRUE(QFile::link(shared, terrainCache()));
+    }
+
+    QString terrainCache() const { return home.filePath(QStringLiteral(".torv3d/cache/terrain")); }
 
     ~GUITest() override
     {
@@ -115,6 +127,7 @@ protected:
     void open()
     {
         window = std::make_unique<TORVGUI>();
+        window->sceneWidget->setFixedSize(240, 180); // drawing takes longer than all else here
         window->show();
         window->findChild<QTimer*>(QStringLiteral("startupTimer"))->start(0);
     }

@@ -100,6 +100,7 @@ TEST_F(TORVGUISettingsTest, CanApplyWithoutAnyData)
 
 TEST_F(TORVGUISettingsTest, MakesTheGroundAnewWhenItsCacheIsCleared)
 {
+    ASSERT_TRUE(QFile::remove(terrainCache())); // that of the other tests stays
     writeVolume("HALMERA", 0);
     configureLive();
     openAndWait(1);
