@@ -265,6 +265,7 @@ void TORVGUI::showData(const TORVVisualization::Ptr& visualization)
     _dataFrame = frame;
     _visualization = visualization;
     _renderer->setVisualization(visualization->getResultItem());
+    _renderer->getPacer()->moved(); // at first a quick picture, the whole one when nothing else comes
     _scenes.use(visualization);
     _scenes.trim(visualization);
     if (!isOtherSite) {
