@@ -82,20 +82,23 @@ make_demo() {
     echo "$root/$site/home"
 }
 
-# look_aslant LOG: turns the scene on the display with the keys of its camera, and waits until it is drawn whole.
-look_aslant() {
-    local before now
-    xdotool mousemove 760 440 click 1
-    xdotool key --repeat 105 --delay 5 shift+Up
-    xdotool key --repeat 55 --delay 5 shift+Right
-    xdotool key --repeat 16 --delay 5 plus
+# wait_until_still LOG: until the viewer has drawn all that it wants to draw.
+wait_until_still() {
+    local before= now
     now=$(wc -l <"$1")
-    before=
     until [ "$now" = "$before" ]; do
         sleep 1
         before=$now
         now=$(wc -l <"$1")
     done
+}
+
+# look_aslant: turns the scene on the display with the keys of its camera.
+look_aslant() {
+    xdotool mousemove 760 440 click 1
+    xdotool key --repeat 105 --delay 5 shift+Up
+    xdotool key --repeat 55 --delay 5 shift+Right
+    xdotool key --repeat 16 --delay 5 plus
 }
 
 # take_screenshot HOME FILE [VIEWER OPTION...]: what the window shows once its picture has come to rest.
@@ -112,7 +115,11 @@ take_screenshot() {
         cat "$log" >&2
         die "the viewer shows no picture"
     fi
-    look_aslant "$log"
+    wait_until_still "$log"
+    if ! grep -q '^\[VIEWANGLE\]' "$home/.config/Halmera/TORV3D.conf"; then
+        look_aslant # the view is not one that was saved
+        wait_until_still "$log"
+    fi
     QT_LOGGING_RULES='*=false' build/release/tools/screengrab/torv3dgrab "$picture" || die "no screenshot"
     kill "$viewer" 2>/dev/null
     stop_display

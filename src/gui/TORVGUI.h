@@ -303,6 +303,7 @@ private:
     void updateToolDialogs();
     void changeDirectories();
     void showTool(const Tool& tool);
+    void placeTool(QDialog& dialog) const;
     void hideTool(const Tool& tool);
     void toggleTool(const QAction* action);
     const Tool& toolOf(const QAction* action) const;

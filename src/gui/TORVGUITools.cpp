@@ -36,6 +36,8 @@ namespace
 {
 
 constexpr int StatusTime_s = 2;
+constexpr int SceneMargin = 24; // pixels, of tool windows
+constexpr int ToolStep = 28;    // the height of a title
 
 void logDebug(const QString& text)
 {
@@ -100,8 +102,21 @@ void TORVGUI::showTool(const Tool& tool)
 {
     if (!tool.tool->dialogVisible()) {
         tool.tool->showDialog();
+        if (!tool.dialog->testAttribute(Qt::WA_Moved)) {
+            placeTool(*tool.dialog);
+        }
     }
     tool.action->setChecked(true);
+}
+
+// Where the user has not put it yet: at the right edge of the scene, a step below the one before, clear of the storm.
+void TORVGUI::placeTool(QDialog& dialog) const
+{
+    const auto place =
+        std::find_if(_tools.begin(), _tools.end(), [&dialog](const Tool& each) { return each.dialog == &dialog; });
+    const int step = ToolStep * static_cast<int>(place - _tools.begin());
+    const QPoint corner = sceneWidget->mapToGlobal(QPoint(sceneWidget->width(), 0));
+    dialog.move(corner + QPoint(-dialog.frameGeometry().width() - SceneMargin, SceneMargin + step));
 }
 
 void TORVGUI::hideTool(const Tool& tool)

@@ -193,3 +193,19 @@ TEST_F(TORVGUISettingsTest, DisablesWhatCouldDisturbABuild)
     EXPECT_TRUE(window->comboBox_radarSite->isEnabled());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
+
+TEST_F(TORVGUISettingsTest, OpensAToolAtTheRightEdgeOfTheSceneAndThenWhereTheUserLeftIt)
+{
+    configure();
+    window = std::make_unique<TORVGUI>();
+    window->show();
+    window->productInfo->setEnabled(true);
+    window->productInfo->trigger();
+    auto* const tool = dialog<TORVProductInformationDialog>();
+    const int sceneRight = window->sceneWidget->mapToGlobal(QPoint(window->sceneWidget->width(), 0)).x();
+    EXPECT_EQ(sceneRight - tool->frameGeometry().right() - 1, 24);
+    tool->move(50, 60);
+    window->productInfo->trigger();
+    window->productInfo->trigger();
+    EXPECT_EQ(tool->pos(), QPoint(50, 60));
+}
