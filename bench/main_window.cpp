@@ -41,6 +41,8 @@
 #include <functional>
 #include <memory>
 
+#include <malloc.h>
+
 namespace
 {
 
@@ -382,6 +384,13 @@ double resident_MB()
     return file.readAll().split(' ').value(1).toDouble() * 4096.0 / Million;
 }
 
+// What is in use, without what the allocator keeps.
+double heap_MB()
+{
+    const struct mallinfo2 info = ::mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd) / Million;
+}
+
 void memoryOfLoops(benchmark::State& state)
 {
     constexpr int FewFrames = 12;
@@ -403,6 +412,7 @@ void memoryOfLoops(benchmark::State& state)
             playTo(*window, 0);
         }
         const double before = resident_MB();
+        const double heapBefore = heap_MB();
         for (int loop = 0; loop < loops; ++loop) {
             playTo(*window, FewFrames - 1);
             playTo(*window, 0);
@@ -410,6 +420,7 @@ void memoryOfLoops(benchmark::State& state)
         state.counters["loops"] = loops;
         state.counters["before_MB"] = before;
         state.counters["growth_MB"] = resident_MB() - before;
+        state.counters["heap_growth_MB"] = heap_MB() - heapBefore;
     }
 }
 

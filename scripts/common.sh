@@ -67,10 +67,14 @@ newest_site() {
 # that shows the products of that directory.
 make_demo() {
     if [ -n "${1:-}" ]; then
-        local home=build/demo/given/home
-        mkdir -p "$home/.config/Halmera"
-        printf '[%%General]\ndata3d=%s\nlivemode=true\nlivemode_site=%s\nlivemode_product3d=CAPPI - Z\n' "$1" \
-            "$(newest_site "$1")" >"$home/.config/Halmera/TORV3D.conf"
+        local home=build/demo/given/home demo site path=${1//[&|\\]/\\&}
+        demo=$(make_demo) || return 1
+        site=$(newest_site "$1")
+        mkdir -p "$home/.config"
+        rm -rf "$home/.config/Halmera"
+        cp -r "$demo/.config/Halmera" "$home/.config/" # its colours, style and views
+        sed -i -e "/^geolayer=/d" -e "s|^data3d=.*|data3d=$path|" -e "s|^data2d=.*|data2d=$path|" -e "s|^livemode_site=.*|livemode_site=$site|" \
+            "$home/.config/Halmera/TORV3D.conf"
         echo "$root/$home"
         return
     fi

@@ -116,6 +116,7 @@ int main(int argc, char* argv[])
         reportNoDisplay();
         return 1;
     }
+    application.setupNativeSignals(); // the end of a session must not lose what an exit would save
     const int result = runWindow(chooseUser(application));
     TORVConfig::destroy();
     return result;
