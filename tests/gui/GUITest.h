@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QListWidget>
+#include <QThreadPool>
 #include <QtTest>
 
 #include <gtest/gtest.h>
@@ -55,6 +56,7 @@ protected:
     ~GUITest() override
     {
         window.reset();
+        QThreadPool::globalInstance()->waitForDone(); // a question about the service outlives the window
         TORVDisplayMode::setNight(false);
     }
 
