@@ -112,6 +112,15 @@ public:
         }
     }
 
+    // So many frames, of the site that the next window follows.
+    void follow(int count) const
+    {
+        write(0, count);
+        TORVGeneralSettings settings;
+        settings.setLiveSite(siteName());
+        settings.save();
+    }
+
     // Headers and nothing more to look at, of another site.
     void writeMany() const
     {
@@ -242,6 +251,14 @@ void start(TORVGUI& window)
     window.findChild<QTimer*>(QStringLiteral("startupTimer"))->start(0);
 }
 
+std::unique_ptr<TORVGUI> openWindow()
+{
+    auto window = makeWindow();
+    start(*window);
+    waitUntilIdle(*window);
+    return window;
+}
+
 class BuildObserver final : public TORVVisualizationObserver
 {
 public:
@@ -287,10 +304,7 @@ void startWithManyFiles(benchmark::State& state)
 void firstPicture(benchmark::State& state)
 {
     const Site site;
-    site.write(0, Frames);
-    TORVGeneralSettings settings;
-    settings.setLiveSite(site.siteName());
-    settings.save();
+    site.follow(Frames);
     for (auto _ : state) {
         const auto window = makeWindow();
         waitUntil([&] { return drawCount(*window) > 0; });
@@ -308,13 +322,8 @@ void firstPicture(benchmark::State& state)
 void liveFile(benchmark::State& state)
 {
     const Site site;
-    site.write(0, Frames);
-    TORVGeneralSettings settings;
-    settings.setLiveSite(site.siteName());
-    settings.save();
-    const auto window = makeWindow();
-    start(*window);
-    waitUntilIdle(*window);
+    site.follow(Frames);
+    const auto window = openWindow();
     int index = Frames;
     for (auto _ : state) {
         PictureWatch watch(*window);
@@ -345,13 +354,8 @@ void playTo(const TORVGUI& window, int index)
 void secondPass(benchmark::State& state)
 {
     const Site site;
-    site.write(0, Frames);
-    TORVGeneralSettings settings;
-    settings.setLiveSite(site.siteName());
-    settings.save();
-    const auto window = makeWindow();
-    start(*window);
-    waitUntilIdle(*window);
+    site.follow(Frames);
+    const auto window = openWindow();
     window->pushButton_animPlay->click();
     playTo(*window, Frames - 1);
     playTo(*window, 0);
@@ -398,13 +402,8 @@ void memoryOfLoops(benchmark::State& state)
     const int loops =
         qEnvironmentVariableIntValue("TORV_BENCH_LOOPS") > 0 ? qEnvironmentVariableIntValue("TORV_BENCH_LOOPS") : 20;
     const Site site;
-    site.write(0, FewFrames);
-    TORVGeneralSettings settings;
-    settings.setLiveSite(site.siteName());
-    settings.save();
-    const auto window = makeWindow();
-    start(*window);
-    waitUntilIdle(*window);
+    site.follow(FewFrames);
+    const auto window = openWindow();
     window->pushButton_animPlay->click();
     for (auto _ : state) {
         for (int loop = 0; loop < WarmUp; ++loop) {

@@ -24,8 +24,6 @@
 
 #include <vtkDataSet.h>
 
-#include <boost/make_shared.hpp>
-
 #include <algorithm>
 #include <cassert>
 #include <cmath>
@@ -195,15 +193,12 @@ void TORVGUI::useResult(const Run& run)
         }
     }
     _renderer->getCameraInteractor()->applyCamera(true);
-    _renderer->render();
-    updateToolDialogs();
     updateBusyState();
     if (!_isPlaying) {
         logStatus(translate("App", "Done!"));
     }
     _timerLog->StopTimer();
     logDebug(QStringLiteral("..total visualization time: %1").arg(_timerLog->GetElapsedTime(), 0, 'f', 3));
-    updateAnimControls();
     if (_isPlaying) {
         continuePlayback(run, isShown);
     }
@@ -306,17 +301,14 @@ void TORVGUI::updateColorKey()
         return;
     }
     const TORVProductSettings& product = *_dataFrame->getProductSettings();
-    const TORVFile::CPtr file = _dataFrame->getData3d()->getFile();
-    const TORVDataType type = file->getDataType();
-    const auto colors = boost::make_shared<const TORVColormap>(product.getColorScaleName(), type,
-                                                               TORVColormap::DISPLAY_VALUES, file->getRawType());
     QVector<double> isoValues;
     if (product.getRenderingType() == TORVProductSettings::SURFACE) {
         for (const double value : product.getSurfaces().keys()) {
             isoValues << value;
         }
     }
-    colorKey->setColors(colors, type.getQuantityUnit(), isoValues);
+    const TORVDataType type = _dataFrame->getData3d()->getFile()->getDataType();
+    colorKey->setColors(getCurrentColorMap(), type.getQuantityUnit(), isoValues);
 }
 
 bool TORVGUI::isBusy() const
